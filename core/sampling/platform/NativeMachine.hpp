@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/sampling/platform/Clock.hpp"
+#include "core/sampling/platform/Machine.hpp"
+
+#include <boost/asio/any_io_executor.hpp>
+
+#include <memory>
+#include <string_view>
+
+namespace ostrivane {
+
+/// "linux" or "macos": what a recording taken here says in its header.
+std::string_view nativePlatform();
+
+/// The machine that the program runs on.
+std::unique_ptr<Machine> nativeMachine();
+
+/// Its clock. Waits end on `executor`.
+std::unique_ptr<Clock> nativeClock(const boost::asio::any_io_executor& executor);
+
+} // namespace ostrivane

@@ -1,0 +1,326 @@
+#include "core/sampling/platform/linux/LinuxProcesses.hpp"
+
+#include "core/model/Saturating.hpp"
+#include "core/model/Text.hpp"
+#include "core/sampling/platform/ProcPIDFiles.hpp"
+#include "core/sampling/platform/Scanner.hpp"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr std::size_t longestFile = 64 << 10; ///< bytes; of cmdline too, the only one that programs can make longer
+constexpr std::uint64_t nanosPerSecond = 1'000'000'000;
+
+/// "PID/NAME" without an allocation.
+class PIDPath {
+public:
+    PIDPath(std::int32_t pid, std::string_view name) {
+        char* end = std::to_chars(text.data(), text.data() + 12, pid).ptr;
+        *end++ = '/';
+        const std::size_t size = std::min(name.size(), text.size() - 14);
+        std::memcpy(end, name.data(), size);
+        end[size] = '\0';
+    }
+    const char* c_str() const { return text.data(); }
+
+private:
+    std::array<char, 48> text;
+};
+
+std::int32_t pidOf(const char* name) {
+    const std::string_view digits = name;
+    return digits.empty() || digits.front() < '0' || digits.front() > '9'
+               ? -1
+               : Text::number<std::int32_t>(digits).value_or(-1);
+}
+
+} // namespace
+
+LinuxProcesses::LinuxProcesses(const RootFolder& folder, const Units& unitsOfMachine, std::size_t mostDescriptors)
+    : root(folder), units(unitsOfMachine), descriptorLimit(mostDescriptors), proc(folder.openFolder("proc").release()),
+      swaps(folder, "proc/swaps", KeptFile::Presence::optional), buffer(longestFile) {}
+
+const std::vector<ProcessReading>& LinuxProcesses::all() {
+    if (!std::exchange(isFresh, false))
+        refresh(Round::withoutIdleKernel);
+    return readings;
+}
+
+std::optional<PidMap<SystemProcessTotals>> LinuxProcesses::totals() {
+    refresh(Round::everything);
+    isFresh = true;
+    if (known.empty()) // not even this program: nothing is told
+        return std::nullopt;
+    PidMap<SystemProcessTotals> found;
+    found.reserve(known.size());
+    for (const Kept& kept : known)
+        found.emplace(kept.pid, kept.totals);
+    return found;
+}
+
+void LinuxProcesses::refresh(Round round) {
+    now = std::chrono::steady_clock::now();
+    swapInUse = swapIsUsed();
+    listIDs();
+    nextKnown.clear();
+    nextReadings.clear();
+    nextKnown.reserve(ids.size());
+    nextReadings.reserve(ids.size());
+    std::size_t old = 0;
+    for (const std::int32_t pid : ids) {
+        for (; old < known.size() && known[old].pid < pid; ++old)
+            forget(known[old]);
+        const bool isKnown = old < known.size() && known[old].pid == pid;
+        Kept kept = isKnown ? std::move(known[old]) : Kept{};
+        ProcessReading reading = isKnown ? std::move(readings[old]) : ProcessReading{};
+        old += isKnown ? 1 : 0;
+        kept.pid = reading.info.pid = pid;
+        if (read(kept, reading, round)) {
+            nextKnown.push_back(std::move(kept));
+            nextReadings.push_back(std::move(reading));
+        } else {
+            forget(kept);
+        }
+    }
+    for (; old < known.size(); ++old)
+        forget(known[old]);
+    std::swap(known, nextKnown);
+    std::swap(readings, nextReadings);
+}
+
+void LinuxProcesses::listIDs() {
+    ids.clear();
+    proc.each([this](const char* name) {
+        if (const std::int32_t pid = pidOf(name); pid > 0)
+            ids.push_back(pid);
+    });
+    if (!std::ranges::is_sorted(ids)) // the kernel lists them so; another file system need not
+        std::ranges::sort(ids);
+}
+
+bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
+    if (isRestingKernelThread(kept, reading, round))
+        return true;
+    auto text = readStat(kept);
+    if (!text && kept.stat.isOpen()) { // gone, and its id is another process's by now
+        forget(kept);
+        kept = Kept{};
+        kept.pid = reading.info.pid;
+        text = readStat(kept);
+    }
+    if (!text)
+        return false;
+    const bool fullRound = now - kept.fullRead >= std::chrono::duration<double>(fullRoundSeconds);
+    if (!fullRound && *text == kept.statText)
+        return true;
+    const auto stat = ProcPIDStat::parse(*text);
+    if (!stat)
+        return !kept.statText.empty(); // not whole this time: what was known stands
+    const bool isNew = kept.statText.empty() || stat->start != kept.start;
+    if (isNew) {
+        reading = ProcessReading{};
+        reading.info.pid = kept.pid;
+        kept.rawName.clear();
+        kept.ioHidden = false;
+    }
+    // The view is into the buffer that further files are read into.
+    kept.statText.assign(*text);
+    const auto own = ProcPIDStat::parse(kept.statText);
+    takeInfo(kept, reading.info, *own);
+    reading.threads = own->threads;
+    if (isNew || fullRound) {
+        takeOwner(kept, reading.info);
+        // Spread, so that the full rounds of many processes do not fall on one tick.
+        const auto spread = std::chrono::milliseconds(isNew ? kept.pid % 10 * 1000 : 0);
+        kept.fullRead = now - spread;
+    }
+    takeUsage(kept, reading);
+    return true;
+}
+
+/// A kernel thread that may not be read in detail shows no figure but to `totals`.
+bool LinuxProcesses::isRestingKernelThread(const Kept& kept, const ProcessReading& reading, Round round) const {
+    return round == Round::withoutIdleKernel && reading.info.isKernelThread && !reading.usage &&
+           !kept.statText.empty() && now - kept.fullRead < std::chrono::duration<double>(fullRoundSeconds);
+}
+
+std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
+    if (!kept.stat.isOpen()) {
+        FileDescriptor file(::openat(proc.descriptor(), PIDPath(kept.pid, "stat").c_str(), O_RDONLY | O_CLOEXEC));
+        if (!file.isOpen())
+            return std::nullopt;
+        if (openDescriptors >= descriptorLimit) {
+            const ssize_t size = ::read(file.get(), buffer.data(), buffer.size());
+            return size > 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size)))
+                            : std::nullopt;
+        }
+        kept.stat = std::move(file);
+        ++openDescriptors;
+    }
+    const ssize_t size = ::pread(kept.stat.get(), buffer.data(), buffer.size(), 0);
+    return size > 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size))) : std::nullopt;
+}
+
+std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const char* name) {
+    const FileDescriptor file(::openat(proc.descriptor(), PIDPath(pid, name).c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen())
+        return std::nullopt;
+    std::size_t size = 0;
+    while (size < buffer.size()) {
+        const ssize_t more = ::read(file.get(), buffer.data() + size, buffer.size() - size);
+        if (more < 0 && errno == EINTR)
+            continue;
+        if (more < 0)
+            return std::nullopt;
+        if (more == 0)
+            break;
+        size += static_cast<std::size_t>(more);
+    }
+    return std::string_view(buffer.data(), size);
+}
+
+void LinuxProcesses::takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& stat) {
+    info.ppid = stat.ppid;
+    info.status = stat.status();
+    info.startTime = units.bootTime + static_cast<double>(stat.start) / static_cast<double>(units.ticksPerSecond);
+    info.isKernelThread = stat.isKernelThread();
+    info.hasTerminal = stat.ttyNr != 0;
+    kept.start = stat.start;
+    kept.totals = stat.totals(units.ticksPerSecond, units.pageSize);
+    kept.time = saturatingSum(stat.userTime, stat.systemTime);
+    if (info.name.empty() || kept.rawName != stat.name) {
+        kept.rawName.assign(stat.name);
+        const std::string_view cmdline = info.isKernelThread ? "" : readFile(kept.pid, "cmdline").value_or("");
+        info.name = Text::repaired(ProcPIDFiles::uncutName(kept.rawName, cmdline));
+    }
+}
+
+void LinuxProcesses::takeOwner(const Kept& kept, ProcessInfo& info) const {
+    struct stat owner {};
+    // The folder's owner is the effective user, right for processes too that hide their files.
+    if (::fstatat(proc.descriptor(), PIDPath(kept.pid, "").c_str(), &owner, 0) == 0)
+        info.uid = owner.st_uid;
+}
+
+void LinuxProcesses::takeUsage(Kept& kept, ProcessReading& reading) {
+    std::optional<ProcPIDFiles::Traffic> traffic;
+    if (!kept.ioHidden) {
+        if (const auto io = readFile(kept.pid, "io"))
+            traffic = ProcPIDFiles::diskTraffic(*io);
+        else
+            kept.ioHidden = errno == EACCES || errno == EPERM || errno == ENOENT;
+    }
+    // An own process that hides its files (it has capabilities, or keeps secrets) still shows its load and memory.
+    if (!traffic && reading.info.uid != units.userID) {
+        reading.usage.reset();
+        return;
+    }
+    ProcessUsage usage = reading.usage.value_or(ProcessUsage{});
+    usage.cpuTicks = saturatingProduct(kept.time, nanosPerSecond / units.ticksPerSecond);
+    if (traffic) {
+        usage.diskRead = traffic->read;
+        usage.diskWritten = traffic->written;
+    }
+    if (const auto statm = readFile(kept.pid, "statm"))
+        if (const auto pages = ProcPIDFiles::privatePages(*statm))
+            usage.footprint = saturatingProduct(*pages, units.pageSize);
+    if (swapInUse && !reading.info.isKernelThread)
+        if (const auto status = readFile(kept.pid, "status"))
+            usage.footprint = saturatingSum(usage.footprint, ProcPIDFiles::swapped(*status).value_or(0));
+    reading.usage = usage;
+}
+
+void LinuxProcesses::forget(Kept& kept) {
+    if (kept.stat.isOpen()) {
+        kept.stat.close();
+        --openDescriptors;
+    }
+}
+
+/// Some page of some process is swapped out; without it nobody's status need be read.
+bool LinuxProcesses::swapIsUsed() {
+    const auto text = swaps.read();
+    if (!text)
+        return false;
+    Scanner lines(*text);
+    for (lines.line(); !lines.atEnd();) { // the first names the columns
+        Scanner words(lines.line());
+        for (int column = 0; column < 3; ++column) // file, type, size
+            words.word();
+        if (words.number<std::uint64_t>().value_or(0) > 0)
+            return true;
+    }
+    return false;
+}
+
+std::optional<std::string> LinuxProcesses::path(std::int32_t pid) {
+    const auto link = root.link(fmt::format("proc/{}/exe", pid));
+    if (!link || link->empty())
+        return std::nullopt;
+    const std::string_view cut = ProcPIDFiles::withoutDeletedMark(*link);
+    // A file may really be called so.
+    return Text::repaired(cut.size() < link->size() && root.exists(*link) ? std::string_view(*link) : cut);
+}
+
+std::optional<std::vector<std::string>> LinuxProcesses::arguments(std::int32_t pid) {
+    const auto cmdline = readFile(pid, "cmdline");
+    if (!cmdline)
+        return std::nullopt;
+    return ProcPIDFiles::arguments(std::string(*cmdline), path(pid).value_or(""));
+}
+
+std::int32_t LinuxProcesses::responsiblePID(std::int32_t pid) {
+    return pid; // who leads an application's unit shows only when all processes are known
+}
+
+std::string LinuxProcesses::userName(std::uint32_t uid) {
+    if (const auto cached = userNames.find(uid); cached != userNames.end())
+        return cached->second;
+    std::array<char, 16384> text;
+    passwd entry{};
+    passwd* found = nullptr;
+    const bool named = ::getpwuid_r(uid, &entry, text.data(), text.size(), &found) == 0 && found;
+    return userNames.emplace(uid, named ? Text::repaired(found->pw_name) : std::to_string(uid)).first->second;
+}
+
+std::optional<std::string> LinuxProcesses::currentDirectory(std::int32_t pid) {
+    const auto link = root.link(fmt::format("proc/{}/cwd", pid));
+    return link && !link->empty() ? std::optional(Text::repaired(*link)) : std::nullopt;
+}
+
+ProcessOrigin LinuxProcesses::origin(std::int32_t pid) {
+    ProcessOrigin origin;
+    if (const auto text = readFile(pid, "cgroup"))
+        origin.controlGroups = Text::repaired(*text);
+    const auto own = root.link("proc/self/ns/mnt"), its = root.link(fmt::format("proc/{}/ns/mnt", pid));
+    origin.foreignRoot = own && its && *own != *its;
+    const auto exe = root.link(fmt::format("proc/{}/exe", pid));
+    if (!exe || !exe->starts_with("/tmp/.mount_"))
+        return origin;
+    constexpr std::string_view variable = "APPIMAGE=";
+    if (const auto environment = readFile(pid, "environ"))
+        for (std::string_view rest = *environment; !rest.empty();) {
+            const std::string_view setting = rest.substr(0, rest.find('\0'));
+            if (setting.starts_with(variable))
+                origin.appImage = Text::repaired(setting.substr(variable.size()));
+            rest.remove_prefix(std::min(setting.size() + 1, rest.size()));
+        }
+    return origin;
+}
+
+} // namespace ostrivane

@@ -1,0 +1,20 @@
+#include "core/sampling/platform/NativeMachine.hpp"
+
+#include "core/sampling/platform/linux/LinuxClock.hpp"
+#include "core/sampling/platform/linux/LinuxMachine.hpp"
+
+namespace ostrivane {
+
+std::string_view nativePlatform() {
+    return "linux";
+}
+
+std::unique_ptr<Machine> nativeMachine() {
+    return std::make_unique<LinuxMachine>();
+}
+
+std::unique_ptr<Clock> nativeClock(const boost::asio::any_io_executor& executor) {
+    return std::make_unique<LinuxClock>(executor);
+}
+
+} // namespace ostrivane
