@@ -1,0 +1,24 @@
+#pragma once
+
+namespace CLI {
+class App;
+}
+
+namespace ostrivane::cli {
+
+/// What a command answers to the shell.
+enum ExitStatus {
+    succeeded = 0,
+    failed = 1, ///< the request failed; the reason stands on standard error
+    misused = 2 ///< the arguments are wrong
+};
+
+/// Each adds one subcommand with its options to `app`. When it is chosen, `status` becomes its exit status.
+void addSnapshotCommand(CLI::App& app, int& status);
+void addWatchCommand(CLI::App& app, int& status);
+void addRecordCommand(CLI::App& app, int& status);
+
+/// The whole program: parses the arguments, runs the command and answers the exit status.
+int run(int argc, const char* const* argv);
+
+} // namespace ostrivane::cli

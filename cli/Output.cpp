@@ -1,0 +1,33 @@
+#include "cli/Output.hpp"
+
+#include "core/model/Text.hpp"
+
+#include <fmt/format.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+
+namespace ostrivane::cli {
+
+Written writeOut(std::string_view text) {
+    const bool whole = std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
+    if (whole)
+        return Written::whole;
+    if (errno == EPIPE)
+        return Written::closed;
+    writeError("standard output: " + std::generic_category().message(errno));
+    return Written::failed;
+}
+
+void writeError(std::string_view message) {
+    writeNote(fmt::format("ostrivanectl: {}", Text::visible(message)));
+}
+
+void writeNote(std::string_view line) {
+    // Nobody may be there to read: the terminal is closed, or standard error is. That changes no outcome.
+    const std::string text = std::string(line) + "\n";
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+} // namespace ostrivane::cli

@@ -1,0 +1,88 @@
+#include "cli/Session.hpp"
+
+#include "core/model/Formatters.hpp"
+#include "core/model/Text.hpp"
+#include "core/sampling/MachineCollectors.hpp"
+#include "core/sampling/platform/NativeMachine.hpp"
+#include "core/sampling/platform/recorded/Playback.hpp"
+#include "core/sampling/platform/recorded/RecordedMachine.hpp"
+
+#include <CLI/App.hpp>
+#include <fmt/format.h>
+
+#include <utility>
+
+namespace ostrivane::cli {
+
+CLI::Validator within(double least, double most) {
+    const std::string range = fmt::format("a number from {} to {}", least, most);
+    return {[=](std::string& text) {
+                const auto number = Text::number<double>(text);
+                return number && *number >= least && *number <= most ? std::string() : text + " is not " + range;
+            },
+            "", range};
+}
+
+CLI::Validator positiveNumber() {
+    return {[](std::string& text) {
+                const auto number = Text::number<std::int64_t>(text);
+                return number && *number > 0 ? std::string() : text + " is not a whole number above 0";
+            },
+            "", "a whole number above 0"};
+}
+
+void addReplayOption(CLI::App& command, Source& source) {
+    CLI::Option* replay =
+        command.add_option("--replay", source.replay, "Show a recording instead of this computer")
+            ->type_name("FILE")
+            ->check([](const std::string& file) { return file.empty() ? "a file must be named" : std::string(); });
+    if (CLI::Option* interval = command.get_option_no_throw("--interval"))
+        replay->excludes(interval); // a recording has its own times
+}
+
+void addIntervalOption(CLI::App& command, Source& source) {
+    command.add_option("--interval", source.interval, "Seconds between two readings")
+        ->type_name("SECONDS")
+        ->check(within(0.1, 3600))
+        ->capture_default_str();
+}
+
+Session::Session(const boost::asio::any_io_executor& executor, const Source& source, std::function<void()> ended) {
+    std::unique_ptr<Machine> machine;
+    std::unique_ptr<Clock> clock = nativeClock(executor);
+    if (source.replay.empty()) {
+        machine = nativeMachine();
+    } else {
+        playback = std::make_shared<Playback>(source.replay);
+        if (playback->problem())
+            return;
+        machine = recordedMachine(playback);
+        clock = recordedClock(playback, std::move(clock), source.speed, std::move(ended));
+    }
+    Formatters::logicalCores = machine->host().info().coreLayout.logical;
+    sampling = std::make_unique<SamplingEngine>(executor, std::make_unique<MachineCollectors>(std::move(machine)),
+                                                std::move(clock));
+    demandEverything(*sampling, source.interval);
+}
+
+std::optional<std::string> Session::problem() const {
+    return playback ? playback->problem() : std::nullopt;
+}
+
+std::optional<std::string> Session::remark() const {
+    if (playback && playback->wasCutOff())
+        return "The recording was cut off in the middle of its last line; what is whole was used.";
+    return std::nullopt;
+}
+
+void demandEverything(SamplingEngine& engine, double interval) {
+    SamplingSettings settings;
+    settings.foregroundInterval = interval;
+    engine.setSettings(settings);
+    // Without "cpu": that page asks for a tick a second, whatever the interval.
+    engine.setDemand({.popoverVisible = false,
+                      .windowVisible = true,
+                      .pages = {"gpu", "projects", "ports", "ai", "network", "docker", "devices"}});
+}
+
+} // namespace ostrivane::cli
