@@ -1,0 +1,51 @@
+// What the readers call of Core Foundation, under the system's names. Only for the build of the readers over the fakes.
+#pragma once
+
+#include <cstdint>
+
+using Boolean = unsigned char;
+using UInt8 = std::uint8_t;
+using CFIndex = long;
+using CFTypeID = unsigned long;
+using CFOptionFlags = unsigned long;
+using CFStringEncoding = std::uint32_t;
+
+using CFTypeRef = const void*;
+using CFAllocatorRef = const struct __CFAllocator*;
+using CFStringRef = const struct __CFString*;
+using CFNumberRef = const struct __CFNumber*;
+using CFDataRef = const struct __CFData*;
+using CFArrayRef = const struct __CFArray*;
+using CFDictionaryRef = const struct __CFDictionary*;
+using CFMutableDictionaryRef = struct __CFDictionary*;
+
+enum CFNumberType : CFIndex { kCFNumberSInt64Type = 4 };
+
+inline constexpr CFAllocatorRef kCFAllocatorDefault = nullptr;
+inline constexpr CFStringEncoding kCFStringEncodingUTF8 = 0x08000100;
+
+extern "C" {
+void CFRelease(CFTypeRef object);
+CFTypeID CFGetTypeID(CFTypeRef object);
+
+CFTypeID CFStringGetTypeID();
+CFStringRef CFStringCreateWithBytes(CFAllocatorRef allocator, const UInt8* bytes, CFIndex count,
+                                    CFStringEncoding encoding, Boolean hasByteOrderMark);
+CFIndex CFStringGetLength(CFStringRef string);
+CFIndex CFStringGetMaximumSizeForEncoding(CFIndex length, CFStringEncoding encoding);
+Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStringEncoding encoding);
+
+CFTypeID CFNumberGetTypeID();
+Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value);
+
+CFTypeID CFDataGetTypeID();
+CFIndex CFDataGetLength(CFDataRef data);
+const UInt8* CFDataGetBytePtr(CFDataRef data);
+
+CFTypeID CFArrayGetTypeID();
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+
+CFTypeID CFDictionaryGetTypeID();
+const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+}

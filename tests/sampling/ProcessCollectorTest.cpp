@@ -1,0 +1,210 @@
+#include "core/sampling/ProcessCollector.hpp"
+
+#include "core/attribution/DesktopEntryIndex.hpp"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace ostrivane {
+namespace {
+
+class FakeProcesses final : public Processes {
+public:
+    const std::vector<ProcessReading>& all() override { return readings; }
+    std::optional<std::string> path(std::int32_t pid) override {
+        ++staticReads;
+        return paths.contains(pid) ? std::optional(paths[pid]) : std::nullopt;
+    }
+    std::optional<std::vector<std::string>> arguments(std::int32_t pid) override { return argumentLists[pid]; }
+    std::int32_t responsiblePID(std::int32_t pid) override { return pid; }
+    std::string userName(std::uint32_t uid) override { return "user" + std::to_string(uid); }
+    std::optional<std::string> currentDirectory(std::int32_t pid) override {
+        ++directoryReads;
+        return directories.contains(pid) ? std::optional(directories[pid]) : std::nullopt;
+    }
+    ProcessOrigin origin(std::int32_t) override { return {}; }
+
+    ProcessReading& add(std::int32_t pid, const std::string& name, std::uint32_t uid = 1000) {
+        ProcessReading reading;
+        reading.info = {
+            .pid = pid, .ppid = 1, .uid = uid, .name = name, .status = ProcessInfo::sleeping, .startTime = Date{100}};
+        reading.usage = ProcessUsage{.footprint = 1000};
+        reading.threads = 3;
+        readings.push_back(reading);
+        return readings.back();
+    }
+
+    std::vector<ProcessReading> readings;
+    std::map<std::int32_t, std::string> paths;
+    std::map<std::int32_t, std::vector<std::string>> argumentLists;
+    std::map<std::int32_t, std::string> directories;
+    int staticReads = 0;
+    int directoryReads = 0;
+};
+
+class ProcessCollectorTest : public testing::Test {
+protected:
+    ProcessOutput sample(double now, const ProcessCollector::Joined& joined = {}, const PIDSet& listening = {},
+                         bool refreshProjects = false) {
+        return collector.sample(now, joined, refreshProjects, listening);
+    }
+
+    FakeProcesses processes;
+    ProjectDetector projects{"/home/ada", ProjectExclusions::onLinux,
+                             ProjectFiles{[](const std::string& path) { return path == "/home/ada/shop/package.json"; },
+                                          [](const std::string&) { return std::vector<std::string>(); },
+                                          [](const std::string&) { return std::optional<std::string>(); }}};
+    ProcessCollector collector{
+        processes,
+        projects,
+        std::make_shared<const AppRules>(AppRules::forMacOS([](const std::string&) { return false; }, "/Users/ada")),
+        {.userID = 1000, .nanosPerTick = 1, .restrictedHidesTraffic = false}};
+};
+
+TEST_F(ProcessCollectorTest, ratesComeFromTheReadingBeforeOfTheSameProcess) {
+    ProcessReading& one = processes.add(5, "worker");
+    EXPECT_EQ(sample(10).processes[0].cpu, 0) << "nothing to compare with yet";
+    one.usage = {
+        .cpuTicks = 3'000'000'000, .footprint = 2000, .diskRead = 100, .diskWritten = 50, .energyNJ = 4'000'000'000};
+    ProcessSnapshot record = sample(12).processes[0];
+    EXPECT_DOUBLE_EQ(record.cpu, 1.5);
+    EXPECT_EQ(record.memory, 2000u);
+    EXPECT_EQ(record.diskReadRate, 50);
+    EXPECT_EQ(record.diskWriteRate, 25);
+    EXPECT_EQ(record.powerW, 2);
+    EXPECT_EQ(record.threads, 3);
+    one.usage = ProcessUsage{};
+    record = sample(14).processes[0];
+    EXPECT_EQ(record.cpu + record.diskReadRate, 0) << "counters that fell";
+    EXPECT_EQ(record.powerW, 0) << "it had a figure before";
+    EXPECT_FALSE(sample(16).processes[0].powerW) << "the system reports none";
+    one.usage->cpuTicks = 1'000'000'000;
+    EXPECT_EQ(sample(16).processes[0].cpu, 0) << "no time passed";
+    one.info.startTime = Date{102};
+    one.usage->cpuTicks = 9'000'000'000;
+    const ProcessOutput reused = sample(18);
+    EXPECT_EQ(reused.processes[0].cpu, 0) << "another process under the same id";
+    EXPECT_DOUBLE_EQ(reused.lifetimeCPUSeconds.at(5), 9);
+    EXPECT_EQ(collector.activity(5, 18).observed, 0);
+}
+
+TEST_F(ProcessCollectorTest, whatNeverChangesIsReadOnceAndTheGoneAreForgotten) {
+    processes.add(5, "bash");
+    processes.add(6, "other");
+    processes.paths[5] = "/bin/bash";
+    sample(1);
+    sample(3);
+    EXPECT_EQ(processes.staticReads, 2);
+    processes.readings[0].info.name = "make"; // the shell's child has become another program
+    processes.paths[5] = "/usr/bin/make";
+    EXPECT_EQ(sample(5).processes[0].path, "/usr/bin/make");
+    processes.readings.pop_back();
+    EXPECT_EQ(sample(7).processes.size(), 1u);
+    EXPECT_EQ(collector.knownProcesses(), 1u);
+    processes.readings[0].info.status = ProcessInfo::zombie;
+    EXPECT_TRUE(sample(9).processes.empty());
+    EXPECT_EQ(collector.knownProcesses(), 0u);
+}
+
+TEST_F(ProcessCollectorTest, namesThatWereCutComeFromThePath) {
+    processes.add(1, "very-long-comma");
+    processes.add(2, "renamed");
+    processes.add(3, "nopath");
+    processes.paths = {{1, "/usr/bin/very-long-command-name"}, {2, "/usr/bin/python3"}};
+    const auto records = sample(1).processes;
+    EXPECT_EQ(records[0].name, "very-long-command-name");
+    EXPECT_EQ(records[1].name, "renamed");
+    EXPECT_EQ(records[2].name, "nopath");
+}
+
+TEST_F(ProcessCollectorTest, restrictedProcessesShowOnlyWhatTheSamplerKnows) {
+    processes.add(7, "sshd", 0).usage.reset();
+    processes.add(8, "cron", 0).usage.reset();
+    const PidMap<SystemProcessSampler::Entry> entries{{7, {.cpu = 0.25, .rss = 4096}}};
+    const PidMap<TrafficRates> traffic{{7, {1, 2}}};
+    const PidMap<double> gpu;
+    const ProcessCollector::Joined joined{.systemEntries = &entries, .network = &traffic, .gpu = &gpu};
+    const ProcessOutput output = sample(1, joined);
+    EXPECT_EQ(output.restrictedCount, 2);
+    EXPECT_TRUE(output.lifetimeCPUSeconds.empty());
+    EXPECT_TRUE(output.processes[0].isRestricted && output.processes[0].memoryIsRSS);
+    EXPECT_EQ(output.processes[0].cpu, 0.25);
+    EXPECT_EQ(output.processes[0].memory, 4096u);
+    EXPECT_FALSE(output.processes[0].threads || output.processes[0].commandLine);
+    EXPECT_EQ(output.processes[1].memory, 0u);
+    EXPECT_FALSE(output.processes[1].memoryIsRSS);
+    EXPECT_EQ(output.processes[1].netInRate, 0) << "the source sees every process: no entry is no traffic";
+    EXPECT_EQ(output.processes[0].gpu, 0);
+    EXPECT_FALSE(sample(2).processes[0].netInRate) << "not available on this tick";
+
+    ProcessCollector linuxLike(
+        processes, projects,
+        std::make_shared<const AppRules>(AppRules::forLinux(std::make_shared<const DesktopEntryIndex>())),
+        {.userID = 1000, .nanosPerTick = 1, .restrictedHidesTraffic = true});
+    const ProcessSnapshot hidden = linuxLike.sample(1, joined, false, {}).processes[1];
+    EXPECT_FALSE(hidden.netInRate || hidden.gpu) << "its sockets cannot be seen: 0 would be a guess";
+}
+
+TEST_F(ProcessCollectorTest, projectsAreLookedUpForDevelopmentAndForWhatListens) {
+    processes.add(1, "node");
+    processes.argumentLists[1] = {"node", "server.js"};
+    processes.paths[1] = "/usr/bin/node";
+    processes.add(2, "gimp");
+    processes.add(3, "shopd");
+    processes.add(4, "strayd");
+    for (const std::int32_t pid : {1, 2, 3})
+        processes.directories[pid] = "/home/ada/shop";
+    processes.directories[4] = "/var/empty";
+    const auto records = sample(1, {}, {3, 4}).processes;
+    EXPECT_EQ(records[0].devKind, "Node");
+    EXPECT_EQ(records[0].commandLine, "node server.js");
+    EXPECT_EQ(records[0].projectKey, "/home/ada/shop");
+    EXPECT_FALSE(records[1].cwd) << "neither develops nor listens";
+    EXPECT_TRUE(records[2].isDevProcess) << "it listens for a project";
+    EXPECT_EQ(records[2].devKind, "shopd");
+    EXPECT_FALSE(records[3].isDevProcess) << "it listens for none";
+    const int before = processes.directoryReads;
+    sample(3, {}, {3, 4});
+    EXPECT_EQ(processes.directoryReads, before) << "known";
+    collector.refreshWorkingDirectory(1);
+    sample(5, {}, {3, 4});
+    EXPECT_EQ(processes.directoryReads, before + 1);
+    sample(7, {}, {3, 4}, true);
+    EXPECT_EQ(processes.directoryReads, before + 4);
+}
+
+TEST_F(ProcessCollectorTest, activityIsWorkOrTrafficOfDevelopmentProcesses) {
+    processes.paths[1] = "/usr/bin/node";
+    ProcessReading& node = processes.add(1, "node");
+    sample(100);
+    EXPECT_FALSE(collector.activity(1, 130).sinceActive);
+    EXPECT_EQ(collector.activity(1, 130).observed, 30);
+    node.usage->cpuTicks = 1'000'000'000;
+    sample(140);
+    EXPECT_EQ(collector.activity(1, 150).sinceActive, 10);
+    const PidMap<TrafficRates> some{{1, {1000, 1048}}}, more{{1, {1000, 1049}}};
+    sample(160, {.systemEntries = nullptr, .network = &some, .gpu = nullptr});
+    EXPECT_EQ(collector.activity(1, 160).sinceActive, 20);
+    sample(180, {.systemEntries = nullptr, .network = &more, .gpu = nullptr});
+    EXPECT_EQ(collector.activity(1, 180).sinceActive, 0);
+    EXPECT_FALSE(collector.activity(99, 1).sinceActive);
+}
+
+TEST_F(ProcessCollectorTest, everyProcessEndsUnderAnApplication) {
+    processes.add(1, "launchd", 0);
+    processes.paths[1] = "/sbin/launchd";
+    processes.add(50, "Foo");
+    processes.paths[50] = "/Applications/Foo.app/Contents/MacOS/Foo";
+    processes.add(51, "tool").info.ppid = 50;
+    processes.paths[51] = "/Users/ada/bin/tool";
+    processes.add(52, "own");
+    processes.paths[52] = "/Users/ada/bin/own";
+    std::vector<std::string> keys;
+    for (const ProcessSnapshot& record : sample(1).processes)
+        keys.push_back(record.appKey);
+    EXPECT_EQ(keys, (std::vector<std::string>{"system", "/Applications/Foo.app", "/Applications/Foo.app", "exe:own"}));
+}
+
+} // namespace
+} // namespace ostrivane
