@@ -1,21 +1,15 @@
 #pragma once
 
+#include "core/attribution/BundleFacts.hpp"
+
 #include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <vector>
 
 namespace ostrivane {
-
-/// What an application bundle says about itself.
-struct BundleFacts {
-    std::vector<std::string> names; ///< those that it has, best first
-    std::optional<std::string> bundleID;
-    std::string fileName; ///< what a short name is measured against; empty: the name of the bundle's file
-};
 
 /// Reads the bundle at a path. What cannot be read gives no names and no identifier.
 using BundleReader = std::function<BundleFacts(const std::string& path)>;
