@@ -13,7 +13,7 @@ namespace {
 
 using AppGrouper::Input;
 using AppGrouper::Process;
-using Bundle = DesktopEntryIndex::Bundle;
+using Bundle = InstalledApplication;
 using Kind = ControlGroupUnit::Kind;
 
 std::string executable(std::string_view name) {

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "core/attribution/DesktopEntryIndex.hpp"
+#include "core/attribution/InstalledApplicationsReader.hpp"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
@@ -40,7 +42,10 @@ public:
         return file("/usr/share/applications/" + id, "[Desktop Entry]\nType=Application\n" + std::string(lines));
     }
 
-    DesktopEntryIndex index() const { return DesktopEntryIndex::build(places, files()); }
+    InstalledApplications applications() const { return readInstalledApplications(places, files()); }
+    DesktopEntryIndex index() const {
+        return DesktopEntryIndex(std::make_shared<const InstalledApplications>(applications()));
+    }
 
     DesktopFiles files() const {
         DesktopFiles files;

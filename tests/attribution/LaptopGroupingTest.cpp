@@ -1,4 +1,6 @@
+#include "core/attribution/BundleInfoCache.hpp"
 #include "core/attribution/DesktopEntryIndex.hpp"
+#include "core/attribution/InstalledApplicationsReader.hpp"
 #include "core/attribution/UnitLeaders.hpp"
 #include "core/model/Text.hpp"
 #include "tests/Fixtures.hpp"
@@ -45,7 +47,7 @@ const std::set<std::string>& programs() {
     return known;
 }
 
-DesktopEntryIndex installed() {
+std::shared_ptr<const DesktopEntryIndex> installed() {
     const auto below = [](const std::string& path) { return root / path.substr(1); };
     DesktopFiles files;
     files.read = [=](const std::string& path) { return textAt(below(path)); };
@@ -70,7 +72,8 @@ DesktopEntryIndex installed() {
     places.programFolders = {"/usr/local/bin", "/usr/bin"};
     places.desktops = {"GNOME"};
     places.locales = {"de_DE.UTF-8"};
-    return DesktopEntryIndex::build(places, files);
+    return std::make_shared<const DesktopEntryIndex>(
+        std::make_shared<const InstalledApplications>(readInstalledApplications(places, files)));
 }
 
 struct Read {
@@ -127,7 +130,7 @@ std::vector<Input> laptop() {
 }
 
 TEST(LaptopGrouping, givesEveryProcessTheApplicationAPersonWouldName) {
-    const auto index = std::make_shared<const DesktopEntryIndex>(installed());
+    const auto index = installed();
     const auto inputs = laptop();
     ASSERT_EQ(inputs.size(), 33U);
     const auto keys = keysOf(inputs, AppRules::forLinux(index));
@@ -163,7 +166,7 @@ TEST(LaptopGrouping, givesEveryProcessTheApplicationAPersonWouldName) {
 }
 
 TEST(LaptopGrouping, namesApplicationsInTheUsersLanguage) {
-    const auto index = std::make_shared<const DesktopEntryIndex>(installed());
+    const auto index = installed();
     BundleInfoCache cache("System", [&](const std::string& path) { return index->facts(path); });
     const auto shown = [&](const std::string& key) {
         const auto& info = cache.info(key);
