@@ -19,13 +19,31 @@ struct Object;
 using List = std::vector<const Object*>;
 using Dictionary = std::map<std::string, const Object*>;
 
+struct URL {
+    std::string path;
+};
+
+/// Its dictionaries by the names that `macsim::bundles` gives them.
+struct Bundle {
+    Dictionary parts;
+};
+
 /// A container holds one reference to each of its members, so what was borrowed from it dies with it.
 struct Object {
-    std::variant<std::string, std::int64_t, double, bool, std::vector<UInt8>, List, Dictionary> value;
+    std::variant<std::string, std::int64_t, double, bool, std::vector<UInt8>, List, Dictionary, URL, Bundle> value;
     mutable long references = 1;
 };
 
-enum TypeID : CFTypeID { stringType = 1, numberType, booleanType, dataType, arrayType, dictionaryType };
+enum TypeID : CFTypeID {
+    stringType = 1,
+    numberType,
+    booleanType,
+    dataType,
+    arrayType,
+    dictionaryType,
+    urlType,
+    bundleType
+};
 
 std::set<CFTypeRef> live;
 
@@ -67,6 +85,10 @@ CFTypeID typeOf(const Object& object) {
                 return arrayType;
             else if constexpr (std::is_same_v<Value, Dictionary>)
                 return dictionaryType;
+            else if constexpr (std::is_same_v<Value, URL>)
+                return urlType;
+            else if constexpr (std::is_same_v<Value, Bundle>)
+                return bundleType;
             else
                 return dataType;
         },
@@ -79,6 +101,8 @@ std::vector<UInt8> unsignedBytes(std::string_view hex) {
         bytes.push_back(std::to_integer<UInt8>(byte));
     return bytes;
 }
+
+Dictionary newMembers(const boost::json::object& object);
 
 const Object* newObjectOf(const boost::json::value& json) {
     if (const auto* text = json.if_string())
@@ -98,11 +122,24 @@ const Object* newObjectOf(const boost::json::value& json) {
     const auto& object = json.as_object();
     if (const auto* data = object.if_contains("$data"))
         return newObject(unsignedBytes(data->as_string()));
-    Dictionary dictionary;
-    for (const auto& [key, member] : object)
-        dictionary.emplace(key, newObjectOf(member));
-    return newObject(std::move(dictionary));
+    return newObject(newMembers(object));
 }
+
+Dictionary newMembers(const boost::json::object& object) {
+    Dictionary members;
+    for (const auto& [key, member] : object)
+        members.emplace(key, newObjectOf(member));
+    return members;
+}
+
+/// Borrowed from the bundle, and gone with it; null when it has no such dictionary.
+const Object* partOf(CFBundleRef reference, const char* part, const char* call) {
+    const auto* bundle = valueOf<Bundle>(reference, call);
+    const auto found = bundle ? bundle->parts.find(part) : Dictionary::const_iterator();
+    return bundle && found != bundle->parts.end() ? found->second : nullptr;
+}
+
+boost::json::object bundlesByPath;
 
 } // namespace
 
@@ -127,6 +164,14 @@ std::size_t liveObjects() {
     return live.size();
 }
 
+boost::json::object& bundles() {
+    return bundlesByPath;
+}
+
+void resetBundles() {
+    bundlesByPath.clear();
+}
+
 } // namespace macsim
 
 void CFRelease(CFTypeRef reference) {
@@ -136,8 +181,9 @@ void CFRelease(CFTypeRef reference) {
     if (const auto* list = std::get_if<List>(&object->value))
         for (const Object* element : *list)
             CFRelease(element);
-    if (const auto* dictionary = std::get_if<Dictionary>(&object->value))
-        for (const auto& [key, member] : *dictionary)
+    const auto* bundle = std::get_if<Bundle>(&object->value);
+    if (const auto* members = bundle ? &bundle->parts : std::get_if<Dictionary>(&object->value))
+        for (const auto& [key, member] : *members)
             CFRelease(member);
     live.erase(object);
     delete object;
@@ -247,4 +293,37 @@ const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key) {
         return nullptr;
     const auto found = members->find(*name);
     return found == members->end() ? nullptr : found->second;
+}
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex size, Boolean) {
+    if (size <= 0 || macsim::refused("CFURLCreateFromFileSystemRepresentation"))
+        return nullptr;
+    const auto* text = reinterpret_cast<const char*>(path);
+    return reinterpret_cast<CFURLRef>(newObject(URL{std::string(text, static_cast<std::size_t>(size))}));
+}
+
+CFBundleRef CFBundleCreate(CFAllocatorRef, CFURLRef url) {
+    const auto* place = valueOf<URL>(url, "CFBundleCreate");
+    const auto* bundle = place ? bundlesByPath.if_contains(place->path) : nullptr;
+    if (!bundle)
+        return nullptr;
+    const Object* made = newObject(Bundle{newMembers(bundle->as_object())});
+    return reinterpret_cast<CFBundleRef>(const_cast<Object*>(made));
+}
+
+CFDictionaryRef CFBundleGetInfoDictionary(CFBundleRef bundle) {
+    return reinterpret_cast<CFDictionaryRef>(partOf(bundle, "plain", "CFBundleGetInfoDictionary"));
+}
+
+CFDictionaryRef CFBundleGetLocalInfoDictionary(CFBundleRef bundle) {
+    return reinterpret_cast<CFDictionaryRef>(partOf(bundle, "localized", "CFBundleGetLocalInfoDictionary"));
+}
+
+/// No other type than a text is taken for one.
+CFStringRef CFBundleGetIdentifier(CFBundleRef bundle) {
+    const Object* info = partOf(bundle, "plain", "CFBundleGetIdentifier");
+    const auto* members = info ? std::get_if<Dictionary>(&info->value) : nullptr;
+    const auto found = members ? members->find("CFBundleIdentifier") : Dictionary::const_iterator();
+    const bool isText = members && found != members->end() && typeOf(*found->second) == stringType;
+    return isText ? reinterpret_cast<CFStringRef>(found->second) : nullptr;
 }

@@ -16,6 +16,7 @@ CFTypeRef newObject(const boost::json::value& value);
 /// The text of a string object; empty for a dead reference or another type.
 std::string textOf(CFTypeRef object);
 
+void resetBundles();
 void resetRegistry();
 void resetMach();
 void resetSysctls();

@@ -22,6 +22,7 @@ std::set<std::string, std::less<>> refusals;
 
 void reset() {
     refusals.clear();
+    resetBundles();
     resetRegistry();
     resetMach();
     resetSysctls();

@@ -49,6 +49,9 @@ std::map<std::string, std::vector<std::byte>>& sysctls();
 /// "services", and "paths" to single entries.
 boost::json::object& registry();
 
+/// What opens as a bundle, by path: its dictionaries "plain" and "localized", of which it may lack either.
+boost::json::object& bundles();
+
 struct Mach {
     std::vector<std::array<std::uint32_t, 4>> ticks;
     std::size_t missingCounters = 0; ///< how many fewer are handed out than the cores have

@@ -18,6 +18,8 @@ using CFDataRef = const struct __CFData*;
 using CFArrayRef = const struct __CFArray*;
 using CFDictionaryRef = const struct __CFDictionary*;
 using CFMutableDictionaryRef = struct __CFDictionary*;
+using CFURLRef = const struct __CFURL*;
+using CFBundleRef = struct __CFBundle*;
 
 enum CFNumberType : CFIndex { kCFNumberSInt64Type = 4 };
 
@@ -48,4 +50,12 @@ const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 
 CFTypeID CFDictionaryGetTypeID();
 const void* CFDictionaryGetValue(CFDictionaryRef dictionary, const void* key);
+
+CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef allocator, const UInt8* path, CFIndex size,
+                                                 Boolean isDirectory);
+
+CFBundleRef CFBundleCreate(CFAllocatorRef allocator, CFURLRef url);
+CFStringRef CFBundleGetIdentifier(CFBundleRef bundle);
+CFDictionaryRef CFBundleGetInfoDictionary(CFBundleRef bundle);
+CFDictionaryRef CFBundleGetLocalInfoDictionary(CFBundleRef bundle);
 }
