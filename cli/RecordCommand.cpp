@@ -35,7 +35,7 @@ struct RecordOptions {
 RecordingHeader headerFor(Machine& machine) {
     RecordingHeader header;
     header.program = version;
-    header.platform = nativePlatform();
+    header.platform = machine.platform();
     header.host = machine.host().info();
     return header;
 }

@@ -1,18 +1,37 @@
 #include "core/model/JSON.hpp"
-#include "core/sampling/CPUCollector.hpp"
+#include "core/sampling/MachineCollectors.hpp"
+#include "core/sampling/TickRunner.hpp"
 #include "core/sampling/platform/recorded/Playback.hpp"
 #include "core/sampling/platform/recorded/RecordedMachine.hpp"
 #include "fuzz/Require.hpp"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
 
 using namespace ostrivane;
 
-/// A recording is played to its end or to a problem, and what can be read of it is written and read again unchanged.
+namespace {
+
+/// The recorded time, without waiting.
+class RecordedTime final : public Clock {
+public:
+    explicit RecordedTime(Playback& asked) : playback(asked) {}
+    Date now() override { return playback.clock(); }
+    Date beginTick() override { return playback.advance(); }
+    bool wait(double /*seconds*/, std::function<void()> /*wake*/) override { return true; }
+    void cancel() override {}
+
+private:
+    Playback& playback;
+};
+
+} // namespace
+
+/// A recording is played to its end or to a problem, and what its header tells is written and read again unchanged.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const auto playback = std::make_shared<Playback>("input", std::make_unique<std::istringstream>(text));
@@ -21,20 +40,20 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const HostInfo host = playback->header().host;
     const auto again = JSON::parse(JSON::text(host));
     require(again && JSON::read<HostInfo>(*again) == host);
-    const auto machine = recordedMachine(playback);
-    std::optional<CPUTicks> before;
+    MachineCollectors collectors(recordedMachine(playback));
+    TickRunner runner(collectors);
+    RecordedTime clock(*playback);
+    const SamplingDemand demand{.windowVisible = true};
     for (std::size_t tick = 0; playback->hasNext() && tick < 1000; ++tick) {
         require(playback->secondsToNext() >= 0);
-        playback->advance();
-        playback->clock();
-        machine->host().uptime();
-        machine->processor().loadAverage();
-        machine->memory().reading();
-        if (const auto ticks = machine->processor().ticks()) {
-            const CPUSnapshot cpu = CPUCollector::compute(before, *ticks, host.coreLayout, host.coreKinds);
-            require(cpu.usage >= 0 && cpu.usage <= 1.000001 && cpu.cores.size() == ticks->perCore.size());
-            before = ticks;
-        }
+        runner.begin({demand, SamplingSettings{}, RunningApps{}, clock});
+        const SharedSnapshot snapshot = runner.finish(std::nullopt);
+        require(snapshot->cpu.usage >= 0 && snapshot->cpu.usage <= 1.000001);
+        require(snapshot->processCount == static_cast<std::int64_t>(snapshot->processes.size()));
+        std::size_t owned = 0;
+        for (const ApplicationSnapshot& application : snapshot->applications)
+            owned += application.pids.size();
+        require(owned == snapshot->processes.size());
     }
     return 0;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/model/PidMap.hpp"
 #include "core/model/RawValue.hpp"
 
 #include <boost/describe/members.hpp>
@@ -11,6 +12,7 @@
 #include <cmath>
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -58,6 +60,18 @@ template <class T>
 struct IsIndexMap : std::false_type {};
 template <std::integral Key, class T>
 struct IsIndexMap<std::map<Key, T>> : std::true_type {};
+template <class T>
+struct IsIndexMap<PidMap<T>> : std::true_type {};
+
+/// In the order of the keys, so that equal maps give equal text.
+template <std::integral Key, class T>
+const std::map<Key, T>& ordered(const std::map<Key, T>& map) {
+    return map;
+}
+template <class T>
+std::map<std::int32_t, std::reference_wrapper<const T>> ordered(const PidMap<T>& map) {
+    return {map.begin(), map.end()};
+}
 
 /// A record of one number that is written as that number (`Date`).
 template <class T>
@@ -88,12 +102,12 @@ void write(std::string& out, const T& value) {
             out += "null";
     } else if constexpr (IsIndexMap<T>::value) {
         out += '{';
-        for (bool first = true; const auto& [key, item] : value) {
+        for (bool first = true; const auto& [key, item] : ordered(value)) {
             out += first ? "\"" : ",\"";
             first = false;
             write(out, key);
             out += "\":";
-            write(out, item);
+            write(out, static_cast<const typename T::mapped_type&>(item));
         }
         out += '}';
     } else if constexpr (IsList<T>::value || IsFixedList<T>::value) {

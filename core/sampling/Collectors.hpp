@@ -55,10 +55,15 @@ struct ProcessRequest {
     PIDSet listeningPIDs;
 };
 
+/// Path of an application's bundle (its key) and the process that the desktop lists for it.
+using RunningApps = std::map<std::string, std::int32_t>;
+
 struct ProcessOutput {
     std::vector<ProcessSnapshot> processes; ///< in no defined order
     std::int64_t restrictedCount = 0;
     PidMap<double> lifetimeCPUSeconds; ///< of processes whose usage could be read
+    /// The applications that a desktop would list, where no desktop can be asked for its list (Linux).
+    std::optional<RunningApps> desktopApps;
 };
 
 struct SocketLists {
@@ -72,9 +77,6 @@ struct AIModels {
     std::optional<std::uint64_t> memory; ///< bytes
 };
 using AIModelsByPID = std::map<std::int32_t, AIModels>;
-
-/// Path of an application's bundle (its key) and the process that the desktop lists for it.
-using RunningApps = std::map<std::string, std::int32_t>;
 
 /// The slots of a tick: what the sampling engine asks, one operation a slot, in the order of this list. An operation
 /// that is not overridden answers nothing, and its record stays at its `empty` value; one that fails answers absent,

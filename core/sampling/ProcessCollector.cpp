@@ -1,6 +1,7 @@
 #include "core/sampling/ProcessCollector.hpp"
 
 #include "core/attribution/ControlGroupUnit.hpp"
+#include "core/attribution/RunningApplications.hpp"
 #include "core/attribution/UnitLeaders.hpp"
 #include "core/model/MachTime.hpp"
 
@@ -107,6 +108,8 @@ ProcessOutput ProcessCollector::sample(double now, const Joined& joinedFigures, 
         living.push_back(&process);
     }
     assignApplications(output.processes);
+    if (rules->installed)
+        output.desktopApps = desktopApps(output.processes);
     forgetTheGone();
     return output;
 }
@@ -268,6 +271,18 @@ void ProcessCollector::assignApplications(std::vector<ProcessSnapshot>& records)
     const std::vector<std::string_view> keys = AppGrouper::assign(grouped, *rules);
     for (std::size_t index = 0; index < keys.size(); ++index)
         records[index].appKey = keys[index].empty() ? AppGrouper::systemKey : keys[index];
+}
+
+RunningApps ProcessCollector::desktopApps(const std::vector<ProcessSnapshot>& records) const {
+    std::vector<GroupedProcess> grouped;
+    grouped.reserve(records.size());
+    for (std::size_t index = 0; index < records.size(); ++index)
+        grouped.push_back({.key = records[index].appKey,
+                           .pid = records[index].pid,
+                           .start = living[index]->start,
+                           .leader = records[index].responsiblePID,
+                           .unit = &living[index]->grouping.unit});
+    return runningApplications(grouped, *rules->installed);
 }
 
 void ProcessCollector::forgetTheGone() {

@@ -101,6 +101,7 @@ private:
     void lookUpProject(Known& process, ProcessSnapshot& record, bool refresh, bool listens);
     void forgetTheGone();
     void assignApplications(std::vector<ProcessSnapshot>& records);
+    RunningApps desktopApps(const std::vector<ProcessSnapshot>& records) const;
 
     Processes& processes;
     ProjectDetector& projects;

@@ -11,7 +11,7 @@ using MacMachineTest = MacSimTest;
 TEST_F(MacMachineTest, asksThroughOnePortAndGivesItBack) {
     {
         const auto machine = nativeMachine();
-        EXPECT_EQ(nativePlatform(), "macos");
+        EXPECT_EQ(nativeMachine()->platform(), Platform::macOS);
         EXPECT_EQ(machine->host().info().coreLayout.logical, 10);
         EXPECT_TRUE(machine->processor().ticks());
         EXPECT_TRUE(machine->memory().reading());

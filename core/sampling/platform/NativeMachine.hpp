@@ -6,12 +6,8 @@
 #include <boost/asio/any_io_executor.hpp>
 
 #include <memory>
-#include <string_view>
 
 namespace ostrivane {
-
-/// "linux" or "macos": what a recording taken here says in its header.
-std::string_view nativePlatform();
 
 /// The machine that the program runs on.
 std::unique_ptr<Machine> nativeMachine();

@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <string>
+
 namespace ostrivane {
 namespace {
 
@@ -21,7 +24,7 @@ std::vector<SystemSnapshot> played(const std::string& file) {
     MachineCollectors collectors(recordedMachine(playback));
     TickRunner runner(collectors);
     const auto clock = recordedClock(playback, std::make_unique<ManualClock>(), 1, [] {});
-    const SamplingDemand demand;
+    const SamplingDemand demand{.windowVisible = true};
     const SamplingSettings settings;
     const RunningApps apps;
     while (playback->hasNext()) {
@@ -64,6 +67,41 @@ TEST(RecordedFixtures, aLaptopOfTwoKindsOfCores) {
     EXPECT_EQ(snapshots.back().cpu.performanceCoreCount, 8);
     EXPECT_EQ(snapshots.back().cpu.cores.back().kind, CoreLoad::Kind::efficiency);
     EXPECT_NEAR(snapshots.back().memory.swapInRate, 3, 1e-9);
+}
+
+TEST(RecordedFixtures, aDevelopersLaptopAsTheApplicationsThatAPersonKnows) {
+    const auto snapshots = played(fixture("recordings/developer.jsonl").string());
+    ASSERT_EQ(snapshots.size(), 12u);
+    const SystemSnapshot& last = snapshots.back();
+    expectPlausible(last);
+    std::map<std::string, const ApplicationSnapshot*> byName;
+    for (const ApplicationSnapshot& application : last.applications)
+        byName[application.name] = &application;
+    const auto processes = [&](const char* name) { return byName.contains(name) ? byName[name]->processCount() : 0; };
+    EXPECT_EQ(processes("Firefox ESR"), 10);
+    EXPECT_EQ(processes("Visual Studio Code"), 9) << "with its language servers and its terminal";
+    EXPECT_EQ(processes("Terminal"), 11) << "with the servers that run in it";
+    EXPECT_EQ(processes("Docker"), 3);
+    EXPECT_EQ(processes("kernel"), 5);
+    EXPECT_EQ(byName.at("Telegram Desktop")->bundleID, "org.telegram.desktop.desktop");
+    EXPECT_EQ(byName.at("Obsidian-1.5.8")->mainPID, 5400);
+    EXPECT_TRUE(byName.at("Firefox ESR")->isRunningApp && !byName.at("gnome-shell")->isRunningApp);
+    EXPECT_TRUE(byName.at("Docker")->hasRestricted);
+    EXPECT_NEAR(byName.at("Terminal")->cpu, 1.7, 0.7) << "most of it is the training";
+    EXPECT_GT(byName.at("ollama")->gpu, 0.05);
+    EXPECT_GT(byName.at("Firefox ESR")->netInRate, 50'000);
+
+    std::map<std::int32_t, const ProcessSnapshot*> byPID;
+    for (const ProcessSnapshot& process : last.processes)
+        byPID[process.pid] = &process;
+    EXPECT_EQ(byPID.at(2160)->devKind, "Vite");
+    EXPECT_EQ(byPID.at(2160)->projectKey, "/home/ada/code/shop");
+    EXPECT_EQ(byPID.at(2211)->devKind, "Django");
+    EXPECT_EQ(byPID.at(2211)->projectKey, "/home/ada/code/api");
+    EXPECT_TRUE(byPID.at(6100)->isRestricted && byPID.at(6100)->memoryIsRSS && !byPID.at(6100)->netInRate);
+    EXPECT_FALSE(byPID.contains(2420)) << "the linker has ended";
+    EXPECT_EQ(byPID.at(5100)->name, "telegram-desktop");
+    EXPECT_EQ(snapshots[8].processCount - last.processCount, 3) << "the build ended: cargo, a compiler and the linker";
 }
 
 } // namespace

@@ -21,6 +21,28 @@ namespace {
 
 constexpr double noWaiting = std::numeric_limits<double>::infinity();
 
+/// A server that works in its project and talks, a process that may not be read, and one whose id goes to another.
+void changeProcesses(FakeMachine& machine, int tick) {
+    const auto step = static_cast<std::uint64_t>(tick);
+    FakeProcesses& list = machine.processList;
+    list.readings.clear();
+    list.add(5, "node", 501).usage = ProcessUsage{.cpuTicks = step * step * 1000, .footprint = 4096 + step / 3};
+    list.paths[5] = "/Applications/Shop \"One\".app/node";
+    list.argumentLists[5] = {"node", "run\n\x1b[31m", "dev"};
+    list.directories[5] = "/Users/ada/shop";
+    list.add(6, "kept away", 0).usage.reset();
+    if (tick % 3 != 0)
+        list.add(7, tick < 4 ? "first" : "second", 501).info.startTime = Date{tick < 4 ? 100.0 : 200.0};
+    list.paths[7] = tick < 4 ? "/Users/ada/first" : "/Users/ada/second";
+    machine.existing = {"/Users/ada/shop/package.json"};
+    machine.bundles["/Applications/Shop \"One\".app"] = {{"The Shop"}, "org.example.shop", ""};
+    machine.systemTotals = PidMap<SystemProcessTotals>{{5, {step, 10}}, {6, {step * 7, 20}}};
+    machine.trafficTotals = PidMap<TrafficTotals>{{5, {step * 100'000, step}}};
+    machine.graphicsTimes = PidMap<std::uint64_t>{{5, step * 100'000'000}};
+    if (tick == 3)
+        machine.trafficTotals.reset();
+}
+
 /// Ticks over a machine whose answers change from tick to tick, and fail at times; awkward numbers on purpose.
 void changeAnswers(FakeMachine& machine, int tick) {
     const auto step = static_cast<std::uint64_t>(tick);
@@ -38,6 +60,7 @@ void changeAnswers(FakeMachine& machine, int tick) {
                                                           .tilerPercent = 0,
                                                           .memoryInUse = std::numeric_limits<std::uint64_t>::max(),
                                                           .memoryAllocated = std::nullopt}}};
+    changeProcesses(machine, tick);
     if (tick == 3)
         machine.cpuTicks.reset();
     if (tick == 4)
@@ -63,12 +86,13 @@ Recorded record(const TemporaryFolder& folder, int ticks) {
                         .coreLayout = {1, 1, 2},
                         .coreKinds = {{0, CoreLoad::Kind::efficiency}, {1, CoreLoad::Kind::performance}},
                         .nanosPerTick = 125.0 / 3,
-                        .userID = 501};
+                        .userID = 501,
+                        .home = "/Users/ada"};
     auto ownedClock = std::make_unique<ManualClock>();
     ManualClock& clock = *ownedClock;
     Recorded recorded{{}, folder.file("machine.jsonl")};
     RecordingHeader header;
-    header.platform = "macos";
+    header.platform = Platform::macOS;
     header.host = machine.hostInfo;
     RecordingWriter writer(recorded.file);
     EXPECT_EQ(writer.open(header, false), std::nullopt);
@@ -79,6 +103,7 @@ Recorded record(const TemporaryFolder& folder, int ticks) {
         recorded.snapshots.push_back(*snapshot);
         EXPECT_EQ(writer.append(notes->line()), std::nullopt);
     });
+    engine.setDemand({.windowVisible = true}); // all that is asked at all
     for (int tick = 0; tick < ticks; ++tick) {
         changeAnswers(machine, tick);
         if (tick == 0)
@@ -112,6 +137,7 @@ Played play(const std::string& file, double speed = noWaiting) {
                           recordedClock(playback, std::move(ownedClock), speed, [&played] { played.ended = true; }));
     engine.addConsumer(
         [&](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) { played.snapshots.push_back(*snapshot); });
+    engine.setDemand({.windowVisible = true});
     engine.start();
     do {
         context.restart();
@@ -129,6 +155,10 @@ TEST(Recording, playsIdenticalFigures) {
     const Recorded recorded = record(folder, 8);
     ASSERT_EQ(recorded.snapshots.size(), 8u);
     EXPECT_GT(recorded.snapshots[2].cpu.usage, 0);
+    EXPECT_EQ(recorded.snapshots[2].applications.at(1).name, "The Shop");
+    EXPECT_EQ(recorded.snapshots[3].processes.size(), 2u);
+    EXPECT_EQ(recorded.snapshots[4].processes.at(2).path, "/Users/ada/second");
+    EXPECT_EQ(recorded.snapshots[2].processes.front().projectKey, "/Users/ada/shop");
     const Played played = play(recorded.file, 4);
     EXPECT_EQ(played.problem, std::nullopt);
     EXPECT_TRUE(played.ended && !played.cutOff);

@@ -85,7 +85,6 @@ HostInfo LinuxHost::info() {
     info.coreKinds = known.kinds();
     info.cpuBrand = CPUInfo::brand(textOf(root, "proc/cpuinfo"), known.capacities);
 
-    info.nanosPerTick = 1e9 / static_cast<double>(std::max(::sysconf(_SC_CLK_TCK), 1L));
     info.userID = ::getuid();
     return info;
 }

@@ -5,10 +5,6 @@
 
 namespace ostrivane {
 
-std::string_view nativePlatform() {
-    return "macos";
-}
-
 std::unique_ptr<Machine> nativeMachine() {
     return std::make_unique<MacMachine>();
 }

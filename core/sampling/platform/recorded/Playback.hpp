@@ -60,6 +60,9 @@ public:
         return answer;
     }
 
+    /// The question will not be put again: its last answer need not be kept.
+    void forget(std::string_view question) { answers.erase({question.data(), question.size()}); }
+
 private:
     struct Tick {
         Date at;

@@ -2,15 +2,17 @@
 
 #include "core/sampling/platform/recorded/Playback.hpp"
 #include "core/sampling/platform/recorded/Questions.hpp"
+#include "core/sampling/platform/recorded/RecordedProcesses.hpp"
 
 #include <cstdint>
-#include <map>
 #include <utility>
 #include <vector>
 
 namespace ostrivane {
 
 namespace {
+
+using Questions::about;
 
 class RecordedHost final : public Host {
 public:
@@ -52,8 +54,7 @@ public:
         return playback.answer<Accelerators>(Questions::accelerators).value_or(Accelerators());
     }
     PidMap<std::uint64_t> processTimes() override {
-        const auto times = playback.answer<std::map<std::int32_t, std::uint64_t>>(Questions::graphicsTimes);
-        return times ? PidMap<std::uint64_t>(times->begin(), times->end()) : PidMap<std::uint64_t>();
+        return playback.answer<PidMap<std::uint64_t>>(Questions::graphicsTimes).value_or(PidMap<std::uint64_t>());
     }
 
 private:
@@ -62,16 +63,86 @@ private:
     Playback& playback;
 };
 
+class RecordedSystemProcesses final : public SystemProcesses {
+public:
+    explicit RecordedSystemProcesses(Playback& asked) : playback(asked) {}
+
+    std::optional<PidMap<SystemProcessTotals>> totals() override {
+        return playback.answer<PidMap<SystemProcessTotals>>(Questions::systemTotals);
+    }
+
+private:
+    Playback& playback;
+};
+
+class RecordedSockets final : public Sockets {
+public:
+    explicit RecordedSockets(Playback& asked) : playback(asked) {}
+
+    std::optional<PidMap<TrafficTotals>> traffic() override {
+        return playback.answer<PidMap<TrafficTotals>>(Questions::traffic);
+    }
+
+private:
+    Playback& playback;
+};
+
+class RecordedApplications final : public Applications {
+public:
+    explicit RecordedApplications(Playback& asked) : playback(asked) {}
+
+    std::shared_ptr<const InstalledApplications> installed() override {
+        auto now = playback.answer<InstalledApplications>(Questions::installed);
+        if (now && (!known || *known != *now))
+            known = std::make_shared<const InstalledApplications>(*std::move(now));
+        return known;
+    }
+    BundleFacts bundleFacts(const std::string& path) override {
+        return playback.answer<BundleFacts>(about(Questions::bundleFacts, path)).value_or(BundleFacts());
+    }
+
+private:
+    Playback& playback;
+    std::shared_ptr<const InstalledApplications> known;
+};
+
+class RecordedFiles final : public Files {
+public:
+    explicit RecordedFiles(Playback& asked) : playback(asked) {}
+
+    bool exists(const std::string& path) override {
+        return playback.answer<bool>(about(Questions::fileExists, path)).value_or(false);
+    }
+    std::vector<std::string> list(const std::string& folder) override {
+        return playback.answer<std::vector<std::string>>(about(Questions::folderList, folder))
+            .value_or(std::vector<std::string>());
+    }
+    std::optional<std::string> read(const std::string& path) override {
+        return playback.answer<std::string>(about(Questions::fileText, path));
+    }
+
+private:
+    Playback& playback;
+};
+
 class RecordedMachine final : public Machine {
 public:
     explicit RecordedMachine(std::shared_ptr<Playback> asked)
         : playback(std::move(asked)), recordedHost(*playback), recordedProcessor(*playback), recordedMemory(*playback),
-          recordedGraphics(*playback) {}
+          recordedGraphics(*playback), recordedProcesses(*playback), recordedSystemProcesses(*playback),
+          recordedSockets(*playback), recordedApplications(*playback), recordedFiles(*playback) {}
+
+    Platform platform() const override { return playback->header().platform; }
 
     Host& host() override { return recordedHost; }
     Processor& processor() override { return recordedProcessor; }
     Memory& memory() override { return recordedMemory; }
     Graphics& graphics() override { return recordedGraphics; }
+    Processes& processes() override { return recordedProcesses; }
+    SystemProcesses& systemProcesses() override { return recordedSystemProcesses; }
+    Sockets& sockets() override { return recordedSockets; }
+    Applications& applications() override { return recordedApplications; }
+    Files& files() override { return recordedFiles; }
 
 private:
     std::shared_ptr<Playback> playback;
@@ -79,6 +150,11 @@ private:
     RecordedProcessor recordedProcessor;
     RecordedMemory recordedMemory;
     RecordedGraphics recordedGraphics;
+    RecordedProcesses recordedProcesses;
+    RecordedSystemProcesses recordedSystemProcesses;
+    RecordedSockets recordedSockets;
+    RecordedApplications recordedApplications;
+    RecordedFiles recordedFiles;
 };
 
 class RecordedClock final : public Clock {

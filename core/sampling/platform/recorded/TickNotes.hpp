@@ -24,9 +24,9 @@ public:
     /// Notes the answer to a question and hands it on.
     template <class Answer>
     Answer keep(std::string_view question, Answer answer) {
-        answers += ",\"";
-        answers += question;
-        answers += "\":";
+        answers += ',';
+        JSON::writeText(answers, question);
+        answers += ':';
         JSON::write(answers, answer);
         return answer;
     }

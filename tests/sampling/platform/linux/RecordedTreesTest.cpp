@@ -25,6 +25,12 @@ public:
     Processor& processor() override { return current->processor(); }
     Memory& memory() override { return current->memory(); }
     Graphics& graphics() override { return current->graphics(); }
+    Platform platform() const override { return Platform::Linux; }
+    Processes& processes() override { return current->processes(); }
+    SystemProcesses& systemProcesses() override { return current->systemProcesses(); }
+    Sockets& sockets() override { return current->sockets(); }
+    Applications& applications() override { return current->applications(); }
+    Files& files() override { return current->files(); }
 
 private:
     LinuxMachine now, then;
@@ -39,6 +45,12 @@ public:
     Processor& processor() override { return asked.processor(); }
     Memory& memory() override { return asked.memory(); }
     Graphics& graphics() override { return asked.graphics(); }
+    Platform platform() const override { return asked.platform(); }
+    Processes& processes() override { return asked.processes(); }
+    SystemProcesses& systemProcesses() override { return asked.systemProcesses(); }
+    Sockets& sockets() override { return asked.sockets(); }
+    Applications& applications() override { return asked.applications(); }
+    Files& files() override { return asked.files(); }
 
 private:
     Machine& asked;
@@ -75,7 +87,7 @@ TEST(RecordedTrees, everyTreeIsAMachineThatCanBeRecorded) {
         MachineCollectors collectors(recordingMachine(std::make_unique<Borrowed>(machine), notes));
         RecordingWriter writer(file);
         RecordingHeader header;
-        header.platform = "linux";
+        header.platform = Platform::Linux;
         header.host = machine.host().info();
         ASSERT_EQ(writer.open(header, false), std::nullopt);
         const auto recorded = run(collectors, *clock, 2, [&] {
