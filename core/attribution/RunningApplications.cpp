@@ -19,7 +19,7 @@ bool isOpen(const GroupedProcess& process, const DesktopEntryIndex& installed) {
 /// The smaller, the better a process stands for its application.
 auto rank(const GroupedProcess& process) {
     const bool leads = process.leader == process.pid && !process.unit->group.empty();
-    return std::tuple(!leads, process.start, process.pid);
+    return std::tuple(!leads, process.start.seconds, process.pid);
 }
 
 } // namespace
