@@ -1,11 +1,13 @@
 #pragma once
 
+#include "core/model/PidMap.hpp"
 #include "core/model/RawValue.hpp"
 
 #include <boost/describe/members.hpp>
 #include <boost/json/value.hpp>
 #include <boost/mp11/algorithm.hpp>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -58,6 +60,19 @@ template <class T>
 struct IsIndexMap : std::false_type {};
 template <std::integral Key, class T>
 struct IsIndexMap<std::map<Key, T>> : std::true_type {};
+template <class T>
+struct IsIndexMap<PidMap<T>> : std::true_type {};
+
+/// The entries of a map by ascending key, so that equal maps give equal texts.
+template <class Map>
+std::vector<const typename Map::value_type*> ascending(const Map& map) {
+    std::vector<const typename Map::value_type*> entries;
+    entries.reserve(map.size());
+    for (const auto& entry : map)
+        entries.push_back(&entry);
+    std::ranges::sort(entries, {}, [](const auto* entry) { return entry->first; });
+    return entries;
+}
 
 /// A record of one number that is written as that number (`Date`).
 template <class T>
@@ -88,12 +103,12 @@ void write(std::string& out, const T& value) {
             out += "null";
     } else if constexpr (IsIndexMap<T>::value) {
         out += '{';
-        for (bool first = true; const auto& [key, item] : value) {
+        for (bool first = true; const auto* entry : ascending(value)) {
             out += first ? "\"" : ",\"";
             first = false;
-            write(out, key);
+            write(out, entry->first);
             out += "\":";
-            write(out, item);
+            write(out, entry->second);
         }
         out += '}';
     } else if constexpr (IsList<T>::value || IsFixedList<T>::value) {

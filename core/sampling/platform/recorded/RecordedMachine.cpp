@@ -4,7 +4,6 @@
 #include "core/sampling/platform/recorded/Questions.hpp"
 
 #include <cstdint>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -52,12 +51,12 @@ public:
         return playback.answer<Accelerators>(Questions::accelerators).value_or(Accelerators());
     }
     PidMap<std::uint64_t> processTimes() override {
-        const auto times = playback.answer<std::map<std::int32_t, std::uint64_t>>(Questions::graphicsTimes);
-        return times ? PidMap<std::uint64_t>(times->begin(), times->end()) : PidMap<std::uint64_t>();
+        return playback.answer<Times>(Questions::graphicsTimes).value_or(Times());
     }
 
 private:
     using Accelerators = std::vector<AcceleratorReading>;
+    using Times = PidMap<std::uint64_t>;
 
     Playback& playback;
 };

@@ -4,7 +4,6 @@
 #include "core/sampling/platform/recorded/TickNotes.hpp"
 
 #include <cstdint>
-#include <map>
 #include <utility>
 #include <vector>
 
@@ -56,11 +55,7 @@ public:
     std::vector<AcceleratorReading> accelerators() override {
         return notes.keep(Questions::accelerators, asked.accelerators());
     }
-    PidMap<std::uint64_t> processTimes() override {
-        PidMap<std::uint64_t> times = asked.processTimes();
-        notes.keep(Questions::graphicsTimes, std::map<std::int32_t, std::uint64_t>(times.begin(), times.end()));
-        return times;
-    }
+    PidMap<std::uint64_t> processTimes() override { return notes.keep(Questions::graphicsTimes, asked.processTimes()); }
     void setPageShown(bool shown) override { asked.setPageShown(shown); }
 
 private:
