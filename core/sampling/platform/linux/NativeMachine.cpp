@@ -1,5 +1,6 @@
 #include "core/sampling/platform/NativeMachine.hpp"
 
+#include "core/sampling/platform/DescriptorLimit.hpp"
 #include "core/sampling/platform/linux/LinuxClock.hpp"
 #include "core/sampling/platform/linux/LinuxMachine.hpp"
 
@@ -10,6 +11,7 @@ std::string_view nativePlatform() {
 }
 
 std::unique_ptr<Machine> nativeMachine() {
+    DescriptorLimit::raise(); // ahead of the readers: it decides how much they keep open
     return std::make_unique<LinuxMachine>();
 }
 
