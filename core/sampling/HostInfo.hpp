@@ -34,14 +34,16 @@ struct HostInfo {
     std::string marketingName = "Mac";
     CoreLayout coreLayout;
     CoreKinds coreKinds;
-    double nanosPerTick = 1;  ///< of the processor time counters of processes
-    std::uint32_t userID = 0; ///< whose processes count as the user's own
+    double nanosPerTick = 1;     ///< of the processor time counters of processes
+    std::uint32_t userID = 0;    ///< whose processes count as the user's own
+    std::string home;            ///< the user's folder; empty: none
+    bool hidesProcesses = false; ///< the system keeps other users' processes out of sight, or most of what they show
 
     friend bool operator==(const HostInfo&, const HostInfo&) = default;
 };
 BOOST_DESCRIBE_STRUCT(HostInfo, (),
                       (pageSize, physicalMemory, modelIdentifier, cpuBrand, isAppleSilicon, marketingName, coreLayout,
-                       coreKinds, nanosPerTick, userID))
+                       coreKinds, nanosPerTick, userID, home, hidesProcesses))
 static_assert(describesEveryMember<HostInfo>);
 
 /// The name a person knows the machine by. `productName` is the system's own, empty when it has none; without one the
