@@ -7,7 +7,6 @@
 #include "core/sampling/MachineCollectors.hpp"
 #include "core/sampling/TickRunner.hpp"
 #include "core/sampling/platform/NativeMachine.hpp"
-#include "core/sampling/platform/linux/DescriptorLimit.hpp"
 
 #include <benchmark/benchmark.h>
 

@@ -7,12 +7,12 @@
 #include <boost/json/value.hpp>
 #include <boost/mp11/algorithm.hpp>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <concepts>
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -63,14 +63,15 @@ struct IsIndexMap<std::map<Key, T>> : std::true_type {};
 template <class T>
 struct IsIndexMap<PidMap<T>> : std::true_type {};
 
-/// In the order of the keys, so that equal maps give equal text.
-template <std::integral Key, class T>
-const std::map<Key, T>& ordered(const std::map<Key, T>& map) {
-    return map;
-}
-template <class T>
-std::map<std::int32_t, std::reference_wrapper<const T>> ordered(const PidMap<T>& map) {
-    return {map.begin(), map.end()};
+/// The entries of a map by ascending key, so that equal maps give equal texts.
+template <class Map>
+std::vector<const typename Map::value_type*> ascending(const Map& map) {
+    std::vector<const typename Map::value_type*> entries;
+    entries.reserve(map.size());
+    for (const auto& entry : map)
+        entries.push_back(&entry);
+    std::ranges::sort(entries, {}, [](const auto* entry) { return entry->first; });
+    return entries;
 }
 
 /// A record of one number that is written as that number (`Date`).
@@ -102,12 +103,12 @@ void write(std::string& out, const T& value) {
             out += "null";
     } else if constexpr (IsIndexMap<T>::value) {
         out += '{';
-        for (bool first = true; const auto& [key, item] : ordered(value)) {
+        for (bool first = true; const auto* entry : ascending(value)) {
             out += first ? "\"" : ",\"";
             first = false;
-            write(out, key);
+            write(out, entry->first);
             out += "\":";
-            write(out, static_cast<const typename T::mapped_type&>(item));
+            write(out, entry->second);
         }
         out += '}';
     } else if constexpr (IsList<T>::value || IsFixedList<T>::value) {

@@ -2,6 +2,7 @@
 
 #include "core/attribution/ControlGroupUnit.hpp"
 #include "core/attribution/RunningApplications.hpp"
+#include "core/attribution/KeyFile.hpp"
 #include "core/attribution/UnitLeaders.hpp"
 #include "core/model/MachTime.hpp"
 
@@ -48,6 +49,13 @@ std::optional<std::string> joined(const std::optional<std::vector<std::string>>&
         line += argument;
     }
     return line;
+}
+
+/// The application's name in the notes of a flatpak sandbox.
+std::optional<std::string> flatpakID(std::string_view notes) {
+    const auto application = KeyFile::group(notes, "Application");
+    std::string name = application ? KeyFile::text(KeyFile::value(*application, "name")) : std::string();
+    return name.empty() ? std::nullopt : std::optional(std::move(name));
 }
 
 /// Per second; 0 for a counter that fell.
@@ -118,7 +126,8 @@ ProcessOutput ProcessCollector::sample(double now, const Joined& joinedFigures, 
 ProcessCollector::Known& ProcessCollector::recall(const ProcessReading& reading, double now) {
     const ProcessInfo& info = reading.info;
     std::unique_ptr<Known>& slot = known[info.pid];
-    const bool isNew = !slot || std::abs(slot->start - info.startTime) >= sameStartSeconds;
+    const bool isNew = !slot || std::abs(slot->start - info.startTime) >= sameStartSeconds ||
+                       slot->rawStart != info.rawStart; // ids can come round within a second
     if (isNew) {
         slot = std::make_unique<Known>();
         slot->firstSeen = now;
@@ -135,6 +144,7 @@ ProcessCollector::Known& ProcessCollector::recall(const ProcessReading& reading,
 
 void ProcessCollector::readStatics(Known& process, const ProcessInfo& info) {
     process.start = info.startTime;
+    process.rawStart = info.rawStart;
     process.uid = info.uid;
     process.originReads = 0;
     process.arguments.reset();
@@ -177,6 +187,7 @@ void ProcessCollector::readOrigin(Known& process, const ProcessInfo& info) {
     process.grouping.unit = std::move(unit);
     process.grouping.foreignRoot = origin.foreignRoot;
     process.grouping.appImage = std::move(origin.appImage);
+    process.grouping.flatpakID = origin.flatpakInfo ? flatpakID(*origin.flatpakInfo) : std::nullopt;
     process.needsKeys = true;
 }
 

@@ -69,6 +69,7 @@ private:
     /// What is kept of a process.
     struct Known {
         Date start;
+        std::uint64_t rawStart = 0;
         std::optional<std::string> path;
         std::int32_t responsiblePID = 0;
         std::uint32_t uid = 0;

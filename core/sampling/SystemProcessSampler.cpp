@@ -23,7 +23,11 @@ const PidMap<SystemProcessSampler::Entry>& SystemProcessSampler::sample(double n
         entries[pid].rss = saturatingProduct(process.rssKB, bytesPerKB);
     }
     for (const auto& [pid, rate] : cpuTracker.rates(centis, now))
-        entries[pid].cpu = rate / centisPerSecond;
+        if (totals->at(pid).rawStart == starts[pid]) // else the time before was another process's
+            entries[pid].cpu = rate / centisPerSecond;
+    starts.clear();
+    for (const auto& [pid, process] : *totals)
+        starts.emplace(pid, process.rawStart);
     return entries;
 }
 

@@ -29,6 +29,7 @@ public:
 private:
     SystemProcesses& processes;
     RateTracker<std::uint64_t> cpuTracker;
+    PidMap<std::uint64_t> starts; ///< of the processes in the call before
     PidMap<Entry> entries;
 };
 

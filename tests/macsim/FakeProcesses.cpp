@@ -232,12 +232,14 @@ int getpwuid_r(uid_t uid, passwd* entry, char* text, std::size_t size, passwd** 
     const auto name = table.userNames.find(uid);
     if (name == table.userNames.end())
         return 0;
-    if (name->second.size() >= size)
+    const std::string texts = name->second + '\0' + "/Users/" + name->second;
+    if (texts.size() >= size)
         return ERANGE;
-    std::memcpy(text, name->second.c_str(), name->second.size() + 1);
+    std::memcpy(text, texts.c_str(), texts.size() + 1);
     *entry = passwd{};
     entry->pw_uid = uid;
     entry->pw_name = text;
+    entry->pw_dir = text + name->second.size() + 1;
     *found = entry;
     return 0;
 }

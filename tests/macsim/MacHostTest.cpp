@@ -4,6 +4,7 @@
 #include "tests/macsim/MacSimTest.hpp"
 
 #include <boost/json.hpp>
+#include <cstdlib>
 #include <unistd.h>
 
 using namespace ostrivane;
@@ -39,6 +40,24 @@ TEST_F(MacHostTest, tellsTheFactsOfALaptop) {
     EXPECT_DOUBLE_EQ(laptop.nanosPerTick, 125.0 / 3);
     EXPECT_EQ(laptop.userID, getuid());
     EXPECT_TRUE(laptop.isAppleSilicon);
+}
+
+TEST_F(MacHostTest, knowsTheUsersHome) {
+    const char* const home = std::getenv("HOME");
+    const std::string before = home ? home : "";
+    macsim::processTable().userNames[getuid()] = "ana";
+    setenv("HOME", "/no/such/folder", 1);
+    EXPECT_EQ(info().home, "/no/such/folder") << "what lies there is not looked at";
+    for (const char* none : {"", "relative", "~"}) {
+        setenv("HOME", none, 1);
+        EXPECT_EQ(info().home, "/Users/ana") << none;
+    }
+    unsetenv("HOME");
+    EXPECT_EQ(info().home, "/Users/ana");
+    macsim::refuse("getpwuid_r");
+    EXPECT_EQ(info().home, "");
+    if (home)
+        setenv("HOME", before.c_str(), 1);
 }
 
 // Core 5 bears its id as a number; "cpu8" is of an unknown kind, "cpu9" has an id of 2 bytes, "pmgr" is no core.

@@ -276,8 +276,12 @@ TEST_F(MacProcessesTest, asksForEachUserOnce) {
     EXPECT_EQ(calls("getpwuid_r"), 3);
     macsim::processTable().userNames[502] = "jos\xE9";
     EXPECT_EQ(processes.userName(502), "jos\uFFFD");
+    macsim::processTable().userNames[503] = std::string(100'000, 'x'); // a directory service has no limit
+    EXPECT_EQ(processes.userName(503).size(), 100'000u);
+    macsim::processTable().userNames[504] = std::string(2'000'000, 'x');
+    EXPECT_EQ(processes.userName(504), "504");
     macsim::refuse("getpwuid_r");
-    EXPECT_EQ(processes.userName(503), "503");
+    EXPECT_EQ(processes.userName(505), "505");
 }
 
 TEST_F(MacProcessesTest, readsTheWorkingDirectory) {

@@ -53,6 +53,10 @@ TEST(JSON, writesEnumerationsDatesAndMapsAsTheirRawValues) {
     const CoreKinds kinds{{0, CoreLoad::Kind::performance}, {11, CoreLoad::Kind::efficiency}};
     EXPECT_EQ(JSON::text(kinds), R"({"0":"performance","11":"efficiency"})");
     EXPECT_EQ(thereAndBack(kinds), kinds);
+    const PidMap<std::uint64_t> times{{2147483647, 0}, {7, 18446744073709551615u}, {10, 1}, {-1, 2}};
+    EXPECT_EQ(JSON::text(times), R"({"-1":2,"7":18446744073709551615,"10":1,"2147483647":0})") << "ascending";
+    EXPECT_EQ(thereAndBack(times), times);
+    EXPECT_FALSE(readText<PidMap<std::uint64_t>>(R"({"2147483648":0})"));
     for (const char* text : {R"({"x":"performance"})", R"({"1 ":"performance"})", R"({"0":"fast"})", "[]"})
         EXPECT_FALSE(readText<CoreKinds>(text)) << text;
 }

@@ -21,7 +21,7 @@ public:
         ++directoryReads;
         return directories.contains(pid) ? std::optional(directories[pid]) : std::nullopt;
     }
-    ProcessOrigin origin(std::int32_t) override { return {}; }
+    ProcessOrigin origin(std::int32_t pid) override { return origins[pid]; }
 
     ProcessReading& add(std::int32_t pid, const std::string& name, std::uint32_t uid = 1000) {
         ProcessReading reading;
@@ -37,6 +37,7 @@ public:
     std::map<std::int32_t, std::string> paths;
     std::map<std::int32_t, std::vector<std::string>> argumentLists;
     std::map<std::int32_t, std::string> directories;
+    std::map<std::int32_t, ProcessOrigin> origins;
     int staticReads = 0;
     int directoryReads = 0;
 };

@@ -54,6 +54,21 @@ TEST_F(ProcessCollectorTest, ratesComeFromTheReadingBeforeOfTheSameProcess) {
     EXPECT_EQ(collector.activity(5, 18).observed, 0);
 }
 
+TEST_F(ProcessCollectorTest, anIdThatCameRoundWithinASecondIsAnotherProcess) {
+    ProcessReading& one = processes.add(5, "make");
+    one.info.rawStart = 700;
+    one.usage->cpuTicks = 1'000'000'000;
+    sample(10);
+    one.info.startTime = Date{100.02};
+    EXPECT_EQ((one.usage->cpuTicks = 2'000'000'000, sample(12).processes[0].cpu), 0.5) << "the same by any clock";
+    one.info.rawStart = 702;
+    one.usage = {.cpuTicks = 9'000'000'000, .footprint = 1, .diskRead = 5000, .diskWritten = 5000};
+    const ProcessSnapshot record = sample(14).processes[0];
+    EXPECT_EQ(record.cpu + record.diskReadRate + record.diskWriteRate, 0) << "of two processes' counters";
+    EXPECT_EQ(record.startTime, Date{100.02});
+    EXPECT_EQ(collector.activity(5, 14).observed, 0);
+}
+
 TEST_F(ProcessCollectorTest, whatNeverChangesIsReadOnceAndTheGoneAreForgotten) {
     processes.add(5, "bash");
     processes.add(6, "other");
@@ -169,6 +184,28 @@ TEST_F(ProcessCollectorTest, everyProcessEndsUnderAnApplication) {
     for (const ProcessSnapshot& record : sample(1).processes)
         keys.push_back(record.appKey);
     EXPECT_EQ(keys, (std::vector<std::string>{"system", "/Applications/Foo.app", "/Applications/Foo.app", "exe:own"}));
+}
+
+TEST_F(ProcessCollectorTest, aSandboxWithoutAUnitIsKnownByItsNotes) {
+    ProcessCollector linuxLike(
+        processes, projects,
+        std::make_shared<const AppRules>(AppRules::forLinux(std::make_shared<const DesktopEntryIndex>())),
+        {.userID = 1000, .nanosPerTick = 1, .restrictedHidesTraffic = true});
+    const std::string notes = "[Instance]\nname=wrong\n[Application]\nname=org.example.Player\nruntime=x\n";
+    const std::string unit = "0::/user.slice/user-1000.slice/user@1000.service/app.slice/"
+                             "app-flatpak-org.example.Other-42.scope\n";
+    processes.origins[1] = {.controlGroups = {}, .foreignRoot = true, .appImage = {}, .flatpakInfo = notes};
+    processes.origins[2] = {.controlGroups = unit, .foreignRoot = true, .appImage = {}, .flatpakInfo = notes};
+    processes.origins[3] = {
+        .controlGroups = {}, .foreignRoot = true, .appImage = {}, .flatpakInfo = "[Application]\nname=\n"};
+    for (const std::int32_t pid : {1, 2, 3}) {
+        processes.add(pid, "player");
+        processes.paths[pid] = "/app/bin/player";
+    }
+    std::vector<std::string> keys;
+    for (const ProcessSnapshot& record : linuxLike.sample(1, {}, false, {}).processes)
+        keys.push_back(record.appKey);
+    EXPECT_EQ(keys, (std::vector<std::string>{"exe:org.example.Player", "exe:org.example.Other", "exe:player"}));
 }
 
 } // namespace

@@ -108,6 +108,19 @@ TEST(SystemProcessSampler, givesCoresAndBytesFromTheFirstSampleOn) {
     EXPECT_EQ(sampler.last(), want);
 }
 
+TEST(SystemProcessSampler, anIdThatWasReusedHasNoRate) {
+    FakeProcesses source;
+    SystemProcessSampler sampler(source);
+    source.answer = {{1, {1000, 4, 500}}, {2, {100, 4, 500}}};
+    sampler.sample(10);
+    source.answer = {{1, {1300, 4, 501}}, {2, {300, 4, 500}}};
+    sampler.sample(12);
+    EXPECT_EQ(sampler.last().at(1), (SystemProcessSampler::Entry{0, 4096})) << "300 of two processes";
+    EXPECT_EQ(sampler.last().at(2).cpu, 1);
+    source.answer = {{1, {1400, 4, 501}}};
+    EXPECT_EQ(sampler.sample(14).at(1).cpu, 0.5);
+}
+
 TEST(GPUProcessSampler, givesAShareThatNeverPassesTheWhole) {
     PidMap<std::uint64_t> times = {{1, 0}, {2, 0}, {3, 500}};
     GPUProcessSampler sampler([&] { return times; });

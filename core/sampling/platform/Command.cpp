@@ -1,6 +1,8 @@
 #include "core/sampling/platform/Command.hpp"
 
 #include "core/model/Text.hpp"
+#include "core/sampling/platform/ChildLaunch.hpp"
+#include "core/sampling/platform/Pipe.hpp"
 
 #include <algorithm>
 #include <array>
@@ -11,10 +13,8 @@
 #include <thread>
 #include <utility>
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -37,127 +37,6 @@ Deadline deadlineIn(double seconds) {
     const double bounded = seconds > 0 ? std::min(seconds, longest) : 0;
     return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(bounded));
 }
-
-class Descriptor {
-public:
-    explicit Descriptor(int descriptor) : number(descriptor) {}
-    Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
-    Descriptor& operator=(Descriptor&&) = delete;
-    ~Descriptor() { close(); }
-
-    int get() const { return number; }
-    bool isOpen() const { return number >= 0; }
-    void close() {
-        if (isOpen())
-            ::close(std::exchange(number, -1));
-    }
-
-private:
-    int number;
-};
-
-/// The same file under a number that is none of the standard three, which a host without them would have handed out:
-/// the child's own arrangement of these would fall over it.
-Descriptor aboveStandard(Descriptor descriptor) {
-    if (!descriptor.isOpen() || descriptor.get() > STDERR_FILENO)
-        return descriptor;
-    return Descriptor(::fcntl(descriptor.get(), F_DUPFD_CLOEXEC, STDERR_FILENO + 1));
-}
-
-struct Pipe {
-    Descriptor readEnd;
-    Descriptor writeEnd;
-};
-
-/// A process that another thread starts must not inherit the ends: it would hold the pipe open. macOS cannot open and
-/// mark in one step.
-template <class Ends>
-bool openMarked(Ends& ends) {
-    if constexpr (requires { pipe2(ends, O_CLOEXEC); })
-        return pipe2(ends, O_CLOEXEC) == 0;
-    else
-        return ::pipe(ends) == 0 && ::fcntl(ends[0], F_SETFD, FD_CLOEXEC) == 0 &&
-               ::fcntl(ends[1], F_SETFD, FD_CLOEXEC) == 0;
-}
-
-std::optional<Pipe> openPipe() {
-    int ends[2] = {-1, -1};
-    const bool opened = openMarked(ends);
-    Pipe pipe{Descriptor(ends[0]), Descriptor(ends[1])};
-    if (!opened)
-        return std::nullopt;
-    Pipe moved{aboveStandard(std::move(pipe.readEnd)), aboveStandard(std::move(pipe.writeEnd))};
-    return moved.readEnd.isOpen() && moved.writeEnd.isOpen() ? std::optional(std::move(moved)) : std::nullopt;
-}
-
-/// What the child's descriptors are made of.
-class FileActions {
-public:
-    FileActions() { ready = ::posix_spawn_file_actions_init(&actions) == 0; }
-    FileActions(const FileActions&) = delete;
-    FileActions& operator=(const FileActions&) = delete;
-    ~FileActions() {
-        if (ready)
-            ::posix_spawn_file_actions_destroy(&actions);
-    }
-
-    bool prepare(int output) {
-        return ready && ::posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO) == 0 &&
-               ::posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
-               ::posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0 &&
-               closeOthers(actions);
-    }
-    const posix_spawn_file_actions_t* get() const { return &actions; }
-
-private:
-    /// Newer C libraries can close what libraries of the host program left unmarked; everything of ours is marked.
-    template <class Actions>
-    static bool closeOthers(Actions& list) {
-        if constexpr (requires { posix_spawn_file_actions_addclosefrom_np(&list, STDERR_FILENO + 1); })
-            return posix_spawn_file_actions_addclosefrom_np(&list, STDERR_FILENO + 1) == 0;
-        else
-            return true;
-    }
-
-    posix_spawn_file_actions_t actions{};
-    bool ready;
-};
-
-/// How the child begins: in a session of its own, which can be ended as a whole and has no terminal to ask at, and with
-/// no signal ignored or held back, whatever the host program does with them.
-class Attributes {
-public:
-    Attributes() { ready = ::posix_spawnattr_init(&attributes) == 0; }
-    Attributes(const Attributes&) = delete;
-    Attributes& operator=(const Attributes&) = delete;
-    ~Attributes() {
-        if (ready)
-            ::posix_spawnattr_destroy(&attributes);
-    }
-
-    bool prepare() {
-        short flags = POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK;
-#ifdef POSIX_SPAWN_CLOEXEC_DEFAULT // leaves the child the three descriptors of the file actions
-        flags |= POSIX_SPAWN_CLOEXEC_DEFAULT;
-#endif
-        sigset_t all;
-        sigset_t none;
-        sigfillset(&all);
-        sigdelset(&all, SIGKILL);
-        sigdelset(&all, SIGSTOP);
-        sigemptyset(&none);
-        return ready && ::posix_spawnattr_setsigdefault(&attributes, &all) == 0 &&
-               ::posix_spawnattr_setsigmask(&attributes, &none) == 0 &&
-               ::posix_spawnattr_setflags(&attributes, flags) == 0;
-    }
-    const posix_spawnattr_t* get() const {
-        return &attributes;
-    }
-
-private:
-    posix_spawnattr_t attributes{};
-    bool ready;
-};
 
 /// The process that a tool runs in. It is gone, and waited for, when its owner goes.
 class Child {
@@ -245,20 +124,15 @@ std::vector<char*> plainEnvironment(std::string& language) {
 }
 
 std::optional<Child> launch(std::string path, std::vector<std::string> arguments, int output) {
-    FileActions actions;
-    Attributes attributes;
-    if (!actions.prepare(output) || !attributes.prepare())
-        return std::nullopt;
     std::vector<char*> words{path.data()};
     for (std::string& argument : arguments)
         words.push_back(argument.data());
     words.push_back(nullptr);
     std::string language = "LC_ALL=C";
     const std::vector<char*> environment = plainEnvironment(language);
-    pid_t pid = 0;
-    if (::posix_spawn(&pid, path.c_str(), actions.get(), attributes.get(), words.data(), environment.data()) != 0)
-        return std::nullopt;
-    return Child(pid);
+    const ChildLaunch child{path.c_str(), words.data(), environment.data(), output};
+    const auto pid = child.start();
+    return pid ? std::optional<Child>(*pid) : std::nullopt;
 }
 
 bool readableBefore(int descriptor, Deadline deadline) {
@@ -298,7 +172,7 @@ std::optional<std::string> run(const std::string& path, const std::vector<std::s
     if (!isExecutableFile(path))
         return std::nullopt;
     const Deadline deadline = deadlineIn(timeout);
-    std::optional<Pipe> pipe = openPipe();
+    std::optional<Pipe> pipe = Pipe::open();
     if (!pipe)
         return std::nullopt;
     std::optional<Child> child = launch(path, arguments, pipe->writeEnd.get());

@@ -4,6 +4,8 @@
 #include "core/model/Text.hpp"
 #include "core/sampling/platform/Scanner.hpp"
 
+#include <algorithm>
+
 namespace ostrivane::ProcPIDFiles {
 
 namespace {
@@ -67,6 +69,16 @@ std::optional<std::vector<std::string>> arguments(std::string_view cmdline, std:
             return found;
         cmdline.remove_prefix(end + 1);
     }
+}
+
+std::optional<std::string_view> variable(std::string_view environ, std::string_view name) {
+    while (!environ.empty()) {
+        const std::string_view setting = environ.substr(0, environ.find('\0'));
+        environ.remove_prefix(std::min(setting.size() + 1, environ.size()));
+        if (setting.size() > name.size() && setting.starts_with(name) && setting[name.size()] == '=')
+            return setting.substr(name.size() + 1);
+    }
+    return std::nullopt;
 }
 
 std::string_view uncutName(std::string_view name, std::string_view cmdline) {

@@ -26,6 +26,9 @@ std::optional<std::uint64_t> swapped(std::string_view status);
 /// a blank is split at blanks. Empty strings at the end are dropped; absent when nothing is left.
 std::optional<std::vector<std::string>> arguments(std::string_view cmdline, std::string_view path);
 
+/// The value of a variable in environ; empty where it is set to nothing, absent where it is not set.
+std::optional<std::string_view> variable(std::string_view environ, std::string_view name);
+
 /// The whole name of a command whose `name` may be cut at 15 bytes: the last component of the first argument when it
 /// begins with the name, else the name as it stands.
 std::string_view uncutName(std::string_view name, std::string_view cmdline);

@@ -61,7 +61,8 @@ std::uint32_t ProcPIDStat::status() const {
 SystemProcessTotals ProcPIDStat::totals(std::uint64_t ticksPerSecond, std::uint64_t bytesPerPage) const {
     const std::uint64_t ticks = saturatingSum(userTime, systemTime);
     return {.centis = ticksPerSecond == 0 ? 0 : saturatingProduct(ticks, 100) / ticksPerSecond,
-            .rssKB = saturatingProduct(resident, bytesPerPage) / 1024};
+            .rssKB = saturatingProduct(resident, bytesPerPage) / 1024,
+            .rawStart = start};
 }
 
 std::optional<ProcPIDStat> ProcPIDStat::parse(std::string_view text) {

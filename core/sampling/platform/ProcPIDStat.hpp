@@ -27,7 +27,8 @@ struct ProcPIDStat {
     /// `ProcessInfo::Status`. A process whose first thread has ended while others run is no zombie.
     std::uint32_t status() const;
 
-    /// Processor time and resident size in the units of a "ps". `ticksPerSecond` is the unit of the times here.
+    /// Processor time and resident size in the units of a "ps", and the start. `ticksPerSecond` is the unit of the
+    /// times here.
     SystemProcessTotals totals(std::uint64_t ticksPerSecond, std::uint64_t bytesPerPage) const;
 
     /// The text of the file. The name may hold blanks, brackets and line feeds: it ends at the last ")". Absent when

@@ -23,10 +23,13 @@ struct ProcessInfo {
     Date startTime;
     bool isKernelThread = false;
     bool hasTerminal = false;
+    /// `startTime` as the system counts it: a later process with the same id has another one. 0 where the system has
+    /// nothing finer than `startTime` itself.
+    std::uint64_t rawStart = 0;
 
     friend bool operator==(const ProcessInfo&, const ProcessInfo&) = default;
 };
-BOOST_DESCRIBE_STRUCT(ProcessInfo, (), (pid, ppid, uid, name, status, startTime, isKernelThread, hasTerminal))
+BOOST_DESCRIBE_STRUCT(ProcessInfo, (), (pid, ppid, uid, name, status, startTime, isKernelThread, hasTerminal, rawStart))
 static_assert(describesEveryMember<ProcessInfo>);
 
 /// What a process has used since it started.
@@ -58,11 +61,12 @@ static_assert(describesEveryMember<ProcessReading>);
 struct ProcessOrigin {
     std::string controlGroups; ///< text of its control group file
     bool foreignRoot = false;  ///< its paths are those of another file system tree, a container's for instance
-    std::optional<std::string> appImage; ///< path of the AppImage that it was started from
+    std::optional<std::string> appImage;    ///< path of the AppImage that it was started from
+    std::optional<std::string> flatpakInfo; ///< text of its sandbox's own notes; only with `foreignRoot`
 
     friend bool operator==(const ProcessOrigin&, const ProcessOrigin&) = default;
 };
-BOOST_DESCRIBE_STRUCT(ProcessOrigin, (), (controlGroups, foreignRoot, appImage))
+BOOST_DESCRIBE_STRUCT(ProcessOrigin, (), (controlGroups, foreignRoot, appImage, flatpakInfo))
 static_assert(describesEveryMember<ProcessOrigin>);
 
 /// What a machine can be asked about its processes. Nothing here throws. A process may be gone at any question.

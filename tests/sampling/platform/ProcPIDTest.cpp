@@ -59,7 +59,9 @@ TEST(ProcPIDStat, givesHundredthsAndKilobytesInAnyUnits) {
     stat.userTime = 1234;
     stat.systemTime = 56;
     stat.resident = 2500;
-    EXPECT_EQ(stat.totals(100, 4096), (SystemProcessTotals{1290, 10'000}));
+    stat.start = 98765;
+    EXPECT_EQ(stat.totals(100, 4096), (SystemProcessTotals{1290, 10'000, 98765}));
+    stat.start = 0;
     EXPECT_EQ(stat.totals(250, 16'384), (SystemProcessTotals{516, 40'000}));
     constexpr std::uint64_t highest = std::numeric_limits<std::uint64_t>::max();
     stat.userTime = stat.resident = highest;
@@ -94,6 +96,15 @@ TEST(ProcPIDFiles, argumentsAreThoseThatTheProcessShows) {
     EXPECT_EQ(ProcPIDFiles::arguments("\xff", ""), (Arguments{"\xEF\xBF\xBD"}));
     EXPECT_FALSE(ProcPIDFiles::arguments("", "/x"));
     EXPECT_FALSE(ProcPIDFiles::arguments(std::string("\0\0", 2), "/x"));
+}
+
+TEST(ProcPIDFiles, aVariableIsFoundAmongOthers) {
+    const std::string environment("NOT_X=1\0X\0X_Y=2\0X=a=b\nX=c\0X=3\0E=\0\0=\0Z=cut", 46);
+    EXPECT_EQ(ProcPIDFiles::variable(environment, "X"), "a=b\nX=c");
+    EXPECT_EQ(ProcPIDFiles::variable(environment, "E"), "");
+    EXPECT_EQ(ProcPIDFiles::variable(environment, "Z"), "cut");
+    EXPECT_FALSE(ProcPIDFiles::variable(environment, "Y"));
+    EXPECT_FALSE(ProcPIDFiles::variable("", "X"));
 }
 
 TEST(ProcPIDFiles, aNameThatWasCutIsFoundInTheFirstArgument) {

@@ -6,7 +6,9 @@
 #include "core/sampling/platform/CoreTopology.hpp"
 #include "core/sampling/platform/MachineName.hpp"
 #include "core/sampling/platform/Meminfo.hpp"
+#include "core/sampling/platform/MountInfo.hpp"
 #include "core/sampling/platform/ProcUptime.hpp"
+#include "core/sampling/platform/UserNames.hpp"
 
 #include <fmt/format.h>
 
@@ -68,6 +70,22 @@ MachineName machineName(const RootFolder& root) {
             .model = textOf(root, "sys/firmware/devicetree/base/model")};
 }
 
+/// The groups that the program acts in.
+std::vector<std::uint32_t> groups() {
+    std::vector<std::uint32_t> all(static_cast<std::size_t>(std::max(::getgroups(0, nullptr), 0)));
+    all.resize(static_cast<std::size_t>(std::max(::getgroups(static_cast<int>(all.size()), all.data()), 0)));
+    all.push_back(::getegid());
+    return all;
+}
+
+bool hidesProcesses(const RootFolder& root) {
+    const std::string text = textOf(root, "proc/self/mountinfo");
+    const std::vector<MountInfo> mounts = MountInfo::parse(text);
+    if (!root.isRunningSystem())
+        return MountInfo::hidesProcesses(mounts, {});
+    return ::geteuid() != 0 && MountInfo::hidesProcesses(mounts, groups());
+}
+
 } // namespace
 
 HostInfo LinuxHost::info() {
@@ -86,6 +104,8 @@ HostInfo LinuxHost::info() {
     info.cpuBrand = CPUInfo::brand(textOf(root, "proc/cpuinfo"), known.capacities);
 
     info.userID = ::getuid();
+    info.home = homeFolder();
+    info.hidesProcesses = hidesProcesses(root);
     return info;
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/model/Saturating.hpp"
 #include "core/model/Text.hpp"
+#include "core/sampling/platform/MountInfo.hpp"
 #include "core/sampling/platform/ProcPIDFiles.hpp"
 #include "core/sampling/platform/Scanner.hpp"
 
@@ -15,7 +16,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -23,7 +23,8 @@ namespace ostrivane {
 
 namespace {
 
-constexpr std::size_t longestFile = 64 << 10; ///< bytes; of cmdline too, the only one that programs can make longer
+constexpr std::size_t longestFile = 64 << 10;       ///< bytes; of cmdline too, which programs can make longer
+constexpr std::size_t longestEnvironment = 1 << 20; ///< bytes
 constexpr std::uint64_t nanosPerSecond = 1'000'000'000;
 
 /// "PID/NAME" without an allocation.
@@ -136,15 +137,18 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
         reading = ProcessReading{};
         reading.info.pid = kept.pid;
         kept.rawName.clear();
-        kept.ioHidden = false;
     }
     // The view is into the buffer that further files are read into.
     kept.statText.assign(*text);
     const auto own = ProcPIDStat::parse(kept.statText);
+    const bool isOtherProgram = isNew || own->name != kept.rawName;
     takeInfo(kept, reading.info, *own);
     reading.threads = own->threads;
-    if (isNew || fullRound) {
+    if (isOtherProgram || fullRound) { // "sudo" becomes the program of another user, whose files are open to that one
         takeOwner(kept, reading.info);
+        kept.ioHidden = false;
+    }
+    if (isNew || fullRound) {
         // Spread, so that the full rounds of many processes do not fall on one tick.
         const auto spread = std::chrono::milliseconds(isNew ? kept.pid % 10 * 1000 : 0);
         kept.fullRead = now - spread;
@@ -177,12 +181,19 @@ std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
 }
 
 std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const char* name) {
-    const FileDescriptor file(::openat(proc.descriptor(), PIDPath(pid, name).c_str(), O_RDONLY | O_CLOEXEC));
+    return readFile(pid, name, buffer);
+}
+
+std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const char* name,
+                                                         std::vector<char>& into) const {
+    // The last two flags are for a file in another tree: neither a pipe nor a link may stand in its place.
+    const FileDescriptor file(
+        ::openat(proc.descriptor(), PIDPath(pid, name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
     if (!file.isOpen())
         return std::nullopt;
     std::size_t size = 0;
-    while (size < buffer.size()) {
-        const ssize_t more = ::read(file.get(), buffer.data() + size, buffer.size() - size);
+    while (size < into.size()) {
+        const ssize_t more = ::read(file.get(), into.data() + size, into.size() - size);
         if (more < 0 && errno == EINTR)
             continue;
         if (more < 0)
@@ -191,7 +202,7 @@ std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const
             break;
         size += static_cast<std::size_t>(more);
     }
-    return std::string_view(buffer.data(), size);
+    return std::string_view(into.data(), size);
 }
 
 void LinuxProcesses::takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& stat) {
@@ -200,6 +211,7 @@ void LinuxProcesses::takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& 
     info.startTime = units.bootTime + static_cast<double>(stat.start) / static_cast<double>(units.ticksPerSecond);
     info.isKernelThread = stat.isKernelThread();
     info.hasTerminal = stat.ttyNr != 0;
+    info.rawStart = stat.start;
     kept.start = stat.start;
     kept.totals = stat.totals(units.ticksPerSecond, units.pageSize);
     kept.time = saturatingSum(stat.userTime, stat.systemTime);
@@ -289,18 +301,16 @@ std::int32_t LinuxProcesses::responsiblePID(std::int32_t pid) {
 }
 
 std::string LinuxProcesses::userName(std::uint32_t uid) {
-    if (const auto cached = userNames.find(uid); cached != userNames.end())
-        return cached->second;
-    std::array<char, 16384> text;
-    passwd entry{};
-    passwd* found = nullptr;
-    const bool named = ::getpwuid_r(uid, &entry, text.data(), text.size(), &found) == 0 && found;
-    return userNames.emplace(uid, named ? Text::repaired(found->pw_name) : std::to_string(uid)).first->second;
+    return userNames.of(uid);
 }
 
 std::optional<std::string> LinuxProcesses::currentDirectory(std::int32_t pid) {
     const auto link = root.link(fmt::format("proc/{}/cwd", pid));
-    return link && !link->empty() ? std::optional(Text::repaired(*link)) : std::nullopt;
+    if (!link || link->empty())
+        return std::nullopt;
+    // One that was removed has no path; what lies there by now is another one.
+    const bool isGone = ProcPIDFiles::withoutDeletedMark(*link).size() < link->size() && !root.exists(*link);
+    return isGone ? std::nullopt : std::optional(Text::repaired(*link));
 }
 
 ProcessOrigin LinuxProcesses::origin(std::int32_t pid) {
@@ -309,18 +319,39 @@ ProcessOrigin LinuxProcesses::origin(std::int32_t pid) {
         origin.controlGroups = Text::repaired(*text);
     const auto own = root.link("proc/self/ns/mnt"), its = root.link(fmt::format("proc/{}/ns/mnt", pid));
     origin.foreignRoot = own && its && *own != *its;
-    const auto exe = root.link(fmt::format("proc/{}/exe", pid));
-    if (!exe || !exe->starts_with("/tmp/.mount_"))
-        return origin;
-    constexpr std::string_view variable = "APPIMAGE=";
-    if (const auto environment = readFile(pid, "environ"))
-        for (std::string_view rest = *environment; !rest.empty();) {
-            const std::string_view setting = rest.substr(0, rest.find('\0'));
-            if (setting.starts_with(variable))
-                origin.appImage = Text::repaired(setting.substr(variable.size()));
-            rest.remove_prefix(std::min(setting.size() + 1, rest.size()));
-        }
+    if (origin.foreignRoot)
+        origin.flatpakInfo = flatpakInfo(pid);
+    origin.appImage = appImage(pid);
     return origin;
+}
+
+std::optional<std::string> LinuxProcesses::flatpakInfo(std::int32_t pid) {
+    // A container's tree may be answered by a program of its own, which may have stopped answering.
+    const auto mounts = root.read(fmt::format("proc/{}/mountinfo", pid));
+    if (!mounts)
+        return std::nullopt;
+    const std::vector<MountInfo> itsMounts = MountInfo::parse(*mounts);
+    if (const MountInfo* itsRoot = MountInfo::seenAt("/", itsMounts); itsRoot && itsRoot->mayHang())
+        return std::nullopt;
+    const auto text = readFile(pid, "root/.flatpak-info");
+    return text ? std::optional(Text::repaired(*text)) : std::nullopt;
+}
+
+std::optional<std::string> LinuxProcesses::appImage(std::int32_t pid) {
+    const auto program = [this](std::int32_t process) {
+        return root.link(fmt::format("proc/{}/exe", process)).value_or(std::string());
+    };
+    if (!program(pid).starts_with("/tmp/.mount_"))
+        return std::nullopt;
+    std::vector<char> room(longestEnvironment);
+    if (const auto environment = readFile(pid, "environ", room))
+        if (const auto file = ProcPIDFiles::variable(*environment, "APPIMAGE"); file && !file->empty())
+            return Text::repaired(*file);
+    // The program may have hidden or cleared its environment. What mounted it is the file itself.
+    const auto text = readFile(pid, "stat");
+    const auto stat = text ? ProcPIDStat::parse(*text) : std::nullopt;
+    const std::string parent = stat ? program(stat->ppid) : std::string();
+    return parent.ends_with(".AppImage") ? std::optional(Text::repaired(parent)) : std::nullopt;
 }
 
 } // namespace ostrivane

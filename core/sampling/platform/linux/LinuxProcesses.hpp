@@ -4,6 +4,7 @@
 #include "core/sampling/platform/ProcPIDStat.hpp"
 #include "core/sampling/platform/Processes.hpp"
 #include "core/sampling/platform/SystemProcesses.hpp"
+#include "core/sampling/platform/UserNames.hpp"
 #include "core/sampling/platform/linux/FileDescriptor.hpp"
 #include "core/sampling/platform/linux/FolderStream.hpp"
 #include "core/sampling/platform/linux/KeptFile.hpp"
@@ -14,7 +15,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace ostrivane {
@@ -60,7 +60,7 @@ private:
         std::uint64_t start = 0;
         SystemProcessTotals totals;
         std::uint64_t time = 0; ///< clock ticks, user plus system
-        bool ioHidden = false;  ///< the system keeps its io file from this user, for good
+        bool ioHidden = false;  ///< the system keeps its io file from this user
         std::chrono::steady_clock::time_point fullRead;
     };
     enum class Round { everything, withoutIdleKernel };
@@ -71,6 +71,9 @@ private:
     bool isRestingKernelThread(const Kept& kept, const ProcessReading& reading, Round round) const;
     std::optional<std::string_view> readStat(Kept& kept);
     std::optional<std::string_view> readFile(std::int32_t pid, const char* name);
+    std::optional<std::string_view> readFile(std::int32_t pid, const char* name, std::vector<char>& into) const;
+    std::optional<std::string> flatpakInfo(std::int32_t pid);
+    std::optional<std::string> appImage(std::int32_t pid);
     void takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& stat);
     void takeUsage(Kept& kept, ProcessReading& reading);
     void takeOwner(const Kept& kept, ProcessInfo& info) const;
@@ -90,7 +93,7 @@ private:
     bool swapInUse = false;
     bool isFresh = false; ///< read for `totals`, not yet handed out
     std::chrono::steady_clock::time_point now;
-    std::unordered_map<std::uint32_t, std::string> userNames; ///< kept for good: asking can go over a network
+    UserNames userNames;
 };
 
 } // namespace ostrivane

@@ -3,6 +3,7 @@
 #include "core/model/MachTime.hpp"
 #include "core/sampling/platform/KernelRecords.hpp"
 #include "core/sampling/platform/Uptime.hpp"
+#include "core/sampling/platform/UserNames.hpp"
 #include "core/sampling/platform/macos/CFValue.hpp"
 #include "core/sampling/platform/macos/IORegistry.hpp"
 #include "core/sampling/platform/macos/Sysctl.hpp"
@@ -95,6 +96,7 @@ HostInfo MacHost::info() {
     info.coreKinds = coreKinds();
     info.nanosPerTick = nanosPerTick();
     info.userID = getuid();
+    info.home = homeFolder();
     return info;
 }
 

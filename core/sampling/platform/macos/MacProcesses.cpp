@@ -8,7 +8,6 @@
 
 #include <dlfcn.h>
 #include <libproc.h>
-#include <pwd.h>
 #include <sys/proc_info.h>
 #include <sys/resource.h>
 #include <sys/sysctl.h>
@@ -25,7 +24,6 @@ namespace {
 
 constexpr std::size_t spareIDs = 128;          ///< for processes that start between the two calls
 constexpr std::size_t longestPath = 4096;      ///< bytes; the kernel refuses a larger buffer
-constexpr std::size_t longestUser = 16384;     ///< bytes of one entry of the user database
 constexpr std::size_t longestRegion = 1 << 20; ///< bytes that arguments and environment may take
 
 /// Ascending.
@@ -147,13 +145,7 @@ std::int32_t MacProcesses::responsiblePID(std::int32_t pid) {
 }
 
 std::string MacProcesses::userName(std::uint32_t uid) {
-    if (const auto cached = userNames.find(uid); cached != userNames.end())
-        return cached->second;
-    std::array<char, longestUser> text{};
-    passwd entry{};
-    passwd* found = nullptr;
-    const bool named = getpwuid_r(uid, &entry, text.data(), text.size(), &found) == 0 && found;
-    return userNames.emplace(uid, named ? Text::repaired(found->pw_name) : std::to_string(uid)).first->second;
+    return userNames.of(uid);
 }
 
 std::optional<std::string> MacProcesses::currentDirectory(std::int32_t pid) {

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "core/sampling/platform/Processes.hpp"
+#include "core/sampling/platform/UserNames.hpp"
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace ostrivane {
@@ -34,7 +34,7 @@ public:
 private:
     ResponsibleFunction responsible;
     std::vector<ProcessReading> readings;
-    std::unordered_map<std::uint32_t, std::string> userNames; ///< kept for good: asking can go over a network
+    UserNames userNames;
 };
 
 } // namespace ostrivane

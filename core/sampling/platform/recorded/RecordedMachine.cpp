@@ -59,6 +59,7 @@ public:
 
 private:
     using Accelerators = std::vector<AcceleratorReading>;
+    using Times = PidMap<std::uint64_t>;
 
     Playback& playback;
 };

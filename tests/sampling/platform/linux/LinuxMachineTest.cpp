@@ -1,6 +1,7 @@
 #include "core/sampling/platform/linux/LinuxMachine.hpp"
 
 #include "core/sampling/platform/NativeMachine.hpp"
+#include "core/sampling/platform/UserNames.hpp"
 #include "core/sampling/platform/linux/KeptFile.hpp"
 #include "tests/Fixtures.hpp"
 
@@ -69,6 +70,15 @@ TEST_F(LinuxTrees, laptopTellsItselfAndItsCores) {
         EXPECT_EQ(kind, core < 8 ? Kind::performance : Kind::efficiency) << core;
     EXPECT_EQ(machine.host().uptime(), 17421.55);
     EXPECT_EQ(machine.processor().loadAverage(), (LoadAverage{1.42, 1.10, 0.87}));
+}
+
+TEST_F(LinuxTrees, aHostTellsWhoseItIsAndWhatItHides) {
+    const TemporaryTree tree = copied(laptop);
+    LinuxMachine machine(tree.path());
+    EXPECT_FALSE(machine.host().info().hidesProcesses);
+    tree.write("proc/self/mountinfo", "23 28 0:22 / /proc rw - proc proc rw,hidepid=invisible\n");
+    EXPECT_TRUE(machine.host().info().hidesProcesses);
+    EXPECT_EQ(machine.host().info().home, homeFolder());
 }
 
 TEST_F(LinuxTrees, laptopCountsTicksBetweenTwoReadings) {
