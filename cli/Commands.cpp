@@ -39,6 +39,8 @@ int run(int argc, const char* const* argv) {
     app.require_subcommand(1);
     int status = succeeded;
     addSnapshotCommand(app, status);
+    addProcessesCommand(app, status);
+    addAppsCommand(app, status);
     addWatchCommand(app, status);
     addRecordCommand(app, status);
     try {

@@ -15,6 +15,8 @@ enum ExitStatus {
 
 /// Each adds one subcommand with its options to `app`. When it is chosen, `status` becomes its exit status.
 void addSnapshotCommand(CLI::App& app, int& status);
+void addProcessesCommand(CLI::App& app, int& status);
+void addAppsCommand(CLI::App& app, int& status);
 void addWatchCommand(CLI::App& app, int& status);
 void addRecordCommand(CLI::App& app, int& status);
 

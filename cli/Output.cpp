@@ -4,6 +4,9 @@
 
 #include <fmt/format.h>
 
+#include <sys/ioctl.h>
+#include <unistd.h>
+
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
@@ -18,6 +21,17 @@ Written writeOut(std::string_view text) {
         return Written::closed;
     writeError("standard output: " + std::generic_category().message(errno));
     return Written::failed;
+}
+
+ExitStatus statusAfter(Written written) {
+    return written == Written::failed ? failed : succeeded;
+}
+
+std::optional<int> terminalWidth() {
+    winsize window{};
+    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col == 0)
+        return std::nullopt;
+    return window.ws_col;
 }
 
 void writeError(std::string_view message) {

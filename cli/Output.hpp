@@ -1,5 +1,8 @@
 #pragma once
 
+#include "cli/Commands.hpp"
+
+#include <optional>
 #include <string_view>
 
 namespace ostrivane::cli {
@@ -12,6 +15,12 @@ enum class Written {
 
 /// Writes `text` to standard output at once.
 Written writeOut(std::string_view text);
+
+/// What a command answers whose last deed was this writing: a closed pipe is an ordinary end.
+ExitStatus statusAfter(Written written);
+
+/// Columns of the terminal that standard output is; absent when it is none, or does not tell.
+std::optional<int> terminalWidth();
 
 /// Writes a line to standard error as it is.
 void writeNote(std::string_view line);

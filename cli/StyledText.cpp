@@ -2,7 +2,20 @@
 
 #include "core/model/Text.hpp"
 
+#include <algorithm>
+#include <utility>
+
 namespace ostrivane::cli {
+
+namespace {
+
+std::string padded(std::string_view text, int width) {
+    std::string out(text);
+    out.append(static_cast<std::size_t>(std::max(0, width - Text::columns(text))), ' ');
+    return out;
+}
+
+} // namespace
 
 int columns(const StyledLine& line) {
     int sum = 0;
@@ -16,6 +29,17 @@ std::string plainText(const StyledLine& line) {
     for (const Span& span : line)
         text += span.text;
     return text;
+}
+
+StyledLine spread(Span left, Span right, int width) {
+    left.text = Text::fitted(left.text, std::max(width - Text::columns(right.text) - 1, 1));
+    const int gap = width - Text::columns(left.text) - Text::columns(right.text);
+    return {std::move(left), {std::string(static_cast<std::size_t>(std::max(gap, 1)), ' ')}, std::move(right)};
+}
+
+StyledLine labelled(std::string_view label, StyledLine rest) {
+    rest.insert(rest.begin(), Span{padded(label, labelColumns), Style::bold});
+    return rest;
 }
 
 StyledLine fitted(const StyledLine& line, int width) {

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace ostrivane::cli {
 
 /// How a piece of text stands out. Never the only bearer of a meaning: the words say it too.
-enum class Style { plain, dim, bold, accent, good, warning, critical };
+enum class Style { plain, dim, bold, accent, good, warning, critical, selected };
 
 struct Span {
     std::string text; ///< valid UTF-8 without control characters
@@ -20,6 +21,13 @@ int columns(const StyledLine& line);
 
 /// The line without its styles.
 std::string plainText(const StyledLine& line);
+
+/// `left` and `right` at the two ends of `width` columns; `left` gives way.
+StyledLine spread(Span left, Span right, int width);
+
+/// `rest` behind a bold label that takes `labelColumns`.
+inline constexpr int labelColumns = 10;
+StyledLine labelled(std::string_view label, StyledLine rest);
 
 /// The line cut to at most `width` columns.
 StyledLine fitted(const StyledLine& line, int width);

@@ -7,6 +7,7 @@
 
 #include <clocale>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -17,9 +18,32 @@ namespace ostrivane::cli {
 
 namespace {
 
-bool canPlaceCursor() {
+/// How the terminal's cursor is placed; null when it cannot be.
+const char* cursorPlacing() {
     const char* how = tigetstr("cup");
-    return how && reinterpret_cast<std::intptr_t>(how) != -1; // what it answers for a word that is no capability
+    // -1 is what it answers for a word that is no capability.
+    return reinterpret_cast<std::intptr_t>(how) == -1 ? nullptr : how;
+}
+
+struct KeySequence {
+    const char* sequence;
+    int code;
+};
+/// What the terminal library does not expect: the marks around what is pasted, and keys as terminals send them that
+/// pass over the wish for its own set of sequences.
+constexpr KeySequence furtherKeys[] = {{"\x1b[200~", KeyDecoder::pasteBegin},
+                                       {"\x1b[201~", KeyDecoder::pasteEnd},
+                                       {"\x1b[A", KEY_UP},
+                                       {"\x1b[B", KEY_DOWN},
+                                       {"\x1b[H", KEY_HOME},
+                                       {"\x1b[F", KEY_END},
+                                       {"\x1b[1~", KEY_HOME},
+                                       {"\x1b[4~", KEY_END}};
+
+/// Not a capability that the terminal library knows: terminals of this family do it or pass it over.
+void askForPasteMarks(bool wanted) {
+    std::fputs(wanted ? "\x1b[?2004h" : "\x1b[?2004l", stdout);
+    std::fflush(stdout);
 }
 
 /// The view draws with characters that only UTF-8 has. Where the user's locale has none (a bare shell over SSH), the
@@ -54,6 +78,8 @@ attr_t attributes(Style style, bool colours) {
         return pair(warningPair);
     case Style::critical:
         return A_BOLD | pair(criticalPair);
+    case Style::selected:
+        return A_REVERSE;
     }
     return A_NORMAL;
 }
@@ -63,6 +89,8 @@ attr_t attributes(Style style, bool colours) {
 Terminal::~Terminal() {
     if (!screen)
         return;
+    if (marksPastes)
+        askForPasteMarks(false);
     endwin();
     delscreen(static_cast<SCREEN*>(screen));
 }
@@ -77,7 +105,8 @@ std::optional<std::string> Terminal::open() {
         return "this terminal cannot be drawn on; is TERM set?";
     screen = made;
     set_term(made);
-    if (!canPlaceCursor())
+    const char* placing = cursorPlacing();
+    if (!placing)
         return "this terminal cannot place its cursor; \"ostrivanectl snapshot\" prints the figures without that";
     cbreak();
     noecho();
@@ -85,6 +114,12 @@ std::optional<std::string> Terminal::open() {
     keypad(stdscr, TRUE);
     nodelay(stdscr, TRUE);
     set_escdelay(25);
+    if (std::strncmp(placing, "\x1b[", 2) == 0) {
+        for (const auto& [sequence, code] : furtherKeys)
+            define_key(sequence, code);
+        askForPasteMarks(true);
+        marksPastes = true;
+    }
     curs_set(0);
     if (!wantsNoColour() && has_colors()) {
         colours = true;
@@ -122,9 +157,11 @@ void Terminal::draw(const std::vector<StyledLine>& lines) {
     refresh();
 }
 
-std::optional<int> Terminal::key() {
-    const int typed = getch();
-    return typed == ERR ? std::nullopt : std::optional(typed);
+std::optional<Key> Terminal::key() {
+    for (int typed = getch(); typed != ERR; typed = getch())
+        if (auto key = decoder.take(typed))
+            return key;
+    return std::nullopt;
 }
 
 } // namespace ostrivane::cli

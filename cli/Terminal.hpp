@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/Key.hpp"
 #include "cli/StyledText.hpp"
 
 #include <optional>
@@ -30,11 +31,13 @@ public:
     void draw(const std::vector<StyledLine>& lines);
 
     /// The next key that was typed; absent when there is none.
-    std::optional<int> key();
+    std::optional<Key> key();
 
 private:
     void* screen = nullptr; ///< of ncurses
     bool colours = false;
+    bool marksPastes = false; ///< the terminal was asked to put marks around what is pasted
+    KeyDecoder decoder;
 };
 
 } // namespace ostrivane::cli

@@ -25,8 +25,12 @@ constexpr std::array<RawText<UsageSort>, 7> rawTexts(EnumTag<UsageSort>) {
              {UsageSort::name, "name"}}};
 }
 
+/// What a table lists.
+enum class UsageSubject { applications, processes };
+
 /// What a row of either table shows. Absent: the system does not tell.
 struct UsageRow {
+    std::string id; ///< tells it from the others of its table, from tick to tick
     std::string name;
     std::string idText;        ///< pid of a process, number of processes of an application
     std::optional<double> cpu; ///< cores
@@ -40,23 +44,27 @@ struct UsageRow {
 };
 
 UsageRow usageRow(const ProcessSnapshot& process, std::size_t source);
-UsageRow usageRow(const ApplicationSnapshot& application, std::size_t source);
+/// @param members  in each figure that some process of the application shows, any value: a sum of nothing but hidden
+///                 figures is hidden too, though the record has a 0
+UsageRow usageRow(const ApplicationSnapshot& application, const UsageRow& members, std::size_t source);
 
 /// Which rows are wanted.
 struct UsageChoice {
     UsageSort sort = UsageSort::cpu;
-    std::string filter;    ///< in any case, in the name, the path, the arguments or the user; empty: all
+    std::string filter;    ///< in any case, in the name, the path, the arguments or the user, or a pid; empty: all
     std::size_t limit = 0; ///< 0: all
 };
 
 /// The rows wanted, best first: largest first, names in alphabetical order; what is absent comes last. Equal rows keep
-/// a fixed order, so that a live table does not dance.
-std::vector<UsageRow> processRows(const SystemSnapshot& snapshot, const UsageChoice& choice);
-std::vector<UsageRow> applicationRows(const SystemSnapshot& snapshot, const UsageChoice& choice);
+/// a fixed order, so that a live table does not dance. A first tick tells no rates.
+std::vector<UsageRow> usageRows(const SystemSnapshot& snapshot, UsageSubject subject, const UsageChoice& choice);
 
-/// The heading and the rows, columns aligned, as wide as `width` allows: columns to the right go first.
-/// @param idTitle  heading of `idText`
-StyledLine usageHeading(std::string_view idTitle, UsageSort sort, int width);
-StyledLine usageLine(const UsageRow& row, int width);
+/// The heading and the rows, columns aligned, in at most `width` columns. Where that is too narrow for all, reading and
+/// writing, in and out become one column each; then the columns to the right go, but the one that `sort` goes by stays.
+StyledLine usageHeading(UsageSubject subject, UsageSort sort, int width);
+StyledLine usageLine(const UsageRow& row, UsageSort sort, int width);
+
+/// The width at which nothing of these rows is cut off but names beyond any reason.
+int fullUsageWidth(const std::vector<UsageRow>& rows);
 
 } // namespace ostrivane::cli

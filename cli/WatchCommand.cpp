@@ -2,6 +2,7 @@
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
 #include "cli/Terminal.hpp"
+#include "cli/WatchState.hpp"
 #include "cli/WatchView.hpp"
 
 #include <CLI/App.hpp>
@@ -23,6 +24,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace ostrivane::cli {
 
@@ -112,10 +114,12 @@ private:
         if (!latest)
             return;
         const Terminal::Size size = terminal->size();
-        terminal->draw(presentWatch(*latest, {.source = source.replay.empty() ? "Live" : source.replay,
-                                              .remark = footnote,
-                                              .width = size.width,
-                                              .height = size.height}));
+        state = settled(std::move(state), *latest, size.height);
+        terminal->draw(presentWatch(*latest, state,
+                                    {.source = source.replay.empty() ? "Live" : source.replay,
+                                     .remark = footnote,
+                                     .width = size.width,
+                                     .height = size.height}));
     }
 
     void replayEnded() {
@@ -145,6 +149,8 @@ private:
                                     any = true;
                                     act(*key);
                                 }
+                                if (any)
+                                    draw();
                                 // Readable and nothing to read: the terminal is gone.
                                 if (!any && ++emptyReads > 8)
                                     return context.stop();
@@ -154,14 +160,19 @@ private:
                             });
     }
 
-    void act(int key) {
-        if (key == 'q' || key == 'Q')
-            context.stop();
-        else if (key == 'r' || key == 'R')
-            current->engine().refreshNow();
-        else if (key == '\f') { // Ctrl-L
-            terminal->resized();
-            draw();
+    void act(const Key& key) {
+        const SystemSnapshot& shown = latest ? *latest : nothing;
+        WatchStep step = handleKey(std::move(state), key, shown, terminal->size().height);
+        state = std::move(step.state);
+        switch (step.action) {
+        case WatchAction::none:
+            return;
+        case WatchAction::quit:
+            return context.stop();
+        case WatchAction::refresh:
+            return current->engine().refreshNow();
+        case WatchAction::repaint:
+            return terminal->resized();
         }
     }
 
@@ -171,6 +182,8 @@ private:
     Terminal* terminal = nullptr;
     Session* current = nullptr;
     SharedSnapshot latest;
+    const SystemSnapshot nothing; ///< stands in for the first one until it comes
+    WatchState state;
     std::string footnote;
     std::optional<std::string> farewell; ///< to be said when the view is gone
     int emptyReads = 0;
@@ -187,6 +200,10 @@ void addWatchCommand(CLI::App& app, int& status) {
         ->type_name("X")
         ->check(within(0.001, 1e6))
         ->capture_default_str();
+    command->footer(
+        "Tab goes from the overview to the applications and the processes. There the arrows, j, k, Page Up,\n"
+        "Page Down, Home and End move the selection, s changes the order, / filters, Esc goes back a step.\n"
+        "q quits, r reads at once.");
     command->callback([source, &status] { status = WatchRun(*source).run(); });
 }
 

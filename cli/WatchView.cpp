@@ -2,6 +2,8 @@
 
 #include "cli/Bar.hpp"
 #include "cli/MachineText.hpp"
+#include "cli/WatchState.hpp"
+#include "cli/WatchTable.hpp"
 #include "core/model/Formatters.hpp"
 #include "core/model/SystemSnapshot.hpp"
 #include "core/model/Text.hpp"
@@ -16,28 +18,10 @@ namespace ostrivane::cli {
 
 namespace {
 
-constexpr int labelColumns = 10;
 constexpr int coreColumns = 20; ///< of one core drawn as a bar, at the least
 constexpr int coreGap = 2;
 constexpr int partGap = 2;          ///< between the parts of the memory in the legend
 constexpr int coreTextColumns = 11; ///< index, kind and figure beside the bar
-
-std::string padded(std::string_view text, int width) {
-    std::string out(text);
-    out.append(static_cast<std::size_t>(std::max(0, width - Text::columns(text))), ' ');
-    return out;
-}
-
-StyledLine spread(Span left, Span right, int width) {
-    left.text = Text::fitted(left.text, std::max(width - Text::columns(right.text) - 1, 1));
-    const int gap = width - Text::columns(left.text) - Text::columns(right.text);
-    return {std::move(left), {std::string(static_cast<std::size_t>(std::max(gap, 1)), ' ')}, std::move(right)};
-}
-
-StyledLine labelled(std::string_view label, StyledLine rest) {
-    rest.insert(rest.begin(), Span{padded(label, labelColumns), Style::bold});
-    return rest;
-}
 
 std::vector<StyledLine> header(const SystemSnapshot& snapshot, const WatchFrame& frame) {
     const CPUSnapshot& cpu = snapshot.cpu;
@@ -133,36 +117,32 @@ std::vector<StyledLine> memoryLines(const MemorySnapshot& memory, int width) {
     return lines;
 }
 
-StyledLine footer(const WatchFrame& frame) {
-    const std::string keys = "q quit  r refresh";
-    if (!frame.remark.empty())
-        return {{Text::visible(frame.remark), Style::warning}, {"  " + keys, Style::dim}};
-    return spread({keys, Style::dim}, {Text::visible(frame.source), Style::dim}, frame.width);
-}
-
 void append(std::vector<StyledLine>& lines, std::vector<StyledLine> more) {
     lines.insert(lines.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-} // namespace
-
-std::vector<StyledLine> presentWatch(const SystemSnapshot& snapshot, const WatchFrame& frame) {
-    const auto height = static_cast<std::size_t>(std::max(frame.height, 1));
+std::vector<StyledLine> overview(const SystemSnapshot& snapshot, const WatchFrame& frame) {
+    const auto room = static_cast<std::size_t>(std::max(frame.height - 1, 0));
     std::vector<StyledLine> lines = header(snapshot, frame);
     append(lines, processor(snapshot, frame.width));
     std::vector<StyledLine> below{{}};
     append(below, memoryLines(snapshot.memory, frame.width));
 
     std::vector<StyledLine> cores = coreBars(snapshot.cpu.cores, frame.width);
-    if (lines.size() + cores.size() + below.size() + 2 > height)
+    if (lines.size() + cores.size() + below.size() + 1 > room)
         cores = coreMarks(snapshot.cpu.cores, frame.width);
     append(lines, std::move(cores));
     append(lines, std::move(below));
+    return lines;
+}
 
+} // namespace
+
+std::vector<StyledLine> presentWatch(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame) {
+    std::vector<StyledLine> lines = state.subject() ? presentTable(snapshot, state, frame) : overview(snapshot, frame);
     // The last line belongs to the footer, whatever has to go.
-    lines.resize(std::min(lines.size(), height - 1));
-    lines.resize(height - 1);
-    lines.push_back(footer(frame));
+    lines.resize(static_cast<std::size_t>(std::max(frame.height, 1)) - 1);
+    lines.push_back(presentFooter(state, frame));
     for (StyledLine& line : lines)
         line = fitted(line, frame.width);
     return lines;

@@ -10,6 +10,8 @@ struct SystemSnapshot;
 
 namespace ostrivane::cli {
 
+struct WatchState;
+
 /// What stands around the figures of the live view.
 struct WatchFrame {
     std::string source; ///< "Live", or what is played
@@ -18,8 +20,8 @@ struct WatchFrame {
     int height = 24;    ///< lines
 };
 
-/// The live view of one snapshot: at most `height` lines of at most `width` columns. What does not fit is drawn smaller
-/// first and left out last: the cores shrink to one character each before anything goes.
-std::vector<StyledLine> presentWatch(const SystemSnapshot& snapshot, const WatchFrame& frame);
+/// The live view of one snapshot: `height` lines of at most `width` columns. What does not fit is drawn smaller first
+/// and left out last: the cores shrink to one character each before anything goes.
+std::vector<StyledLine> presentWatch(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame);
 
 } // namespace ostrivane::cli

@@ -146,6 +146,30 @@ TEST(SnapshotCommand, endsQuietlyWhenNobodyReads) {
     EXPECT_EQ(full.err, "ostrivanectl: standard output: No space left on device\n");
 }
 
+TEST(UsageCommands, printTablesAndRecords) {
+    const TemporaryFolder folder;
+    const std::string file = recording(folder);
+    for (const char* command : {"processes", "apps"}) {
+        const Finished table = runProgram({command, "--replay", file, "--sort", "memory", "--limit", "3"});
+        EXPECT_EQ(table.status, 0) << table.err;
+        EXPECT_NE(table.out.find("MEMORY▾"), std::string::npos) << table.out;
+        EXPECT_NE(table.out.find("Unavailable"), std::string::npos) << "a recording without processes";
+        EXPECT_EQ(runProgram({command, "--replay", file, "--json"}).out, "[]\n");
+        const Finished full = runProgram({command, "--replay", file}, "/dev/full");
+        EXPECT_EQ(full.status, 1);
+        EXPECT_EQ(full.err, "ostrivanectl: standard output: No space left on device\n");
+        EXPECT_EQ(WEXITSTATUS(std::system(
+                      fmt::format("'{}' {} --replay '{}' >&- 2>/dev/null", OSTRIVANECTL, command, file).c_str())),
+                  1);
+        const Finished missing = runProgram({command, "--replay", "/none"});
+        EXPECT_EQ(missing.status, 1);
+        EXPECT_NE(missing.err.find("/none"), std::string::npos);
+    }
+    TerminalRun narrow({"processes", "--replay", file}, 50, 24);
+    EXPECT_EQ(narrow.wait(), 0);
+    EXPECT_NE(narrow.written.find("MEMORY\r\n"), std::string::npos) << "as wide as the terminal: " << narrow.written;
+}
+
 TEST(RecordCommand, tellsOfAFullDiskAndKeepsWhatIsThere) {
     const Finished full = runProgram({"record", "/dev/full"});
     EXPECT_EQ(full.status, 1);
@@ -183,6 +207,9 @@ TEST(Commands, refuseWrongArguments) {
                                                       {"snapshot", "--interval", "0"},
                                                       {"snapshot", "--interval", "nan"},
                                                       {"record"},
+                                                      {"processes", "--sort", "colour"},
+                                                      {"apps", "--limit", "0"},
+                                                      {"apps", "--interval", "2", "--replay", "x"},
                                                       {"watch", "--speed", "-1"},
                                                       {"watch", "--speed", "0"},
                                                       {"snapshot", "--unknown"},
@@ -216,6 +243,7 @@ void expectTerminalAsItWas(TerminalRun& run) {
     EXPECT_EQ(now.c_oflag, run.before.c_oflag);
     EXPECT_FALSE(run.isNonBlocking());
     EXPECT_NE(run.written.find("\x1b[?1049l"), std::string::npos) << "the screen from before is back";
+    EXPECT_NE(run.written.find("\x1b[?2004l"), std::string::npos) << "pastes are no longer marked";
     EXPECT_NE(run.written.find("\x1b[?25h", run.written.rfind("\x1b[?25l")), std::string::npos) << "so is the cursor";
 }
 
@@ -228,6 +256,24 @@ TEST(WatchCommand, drawsLivelyAndQuitsOnQ) {
     run.signal(SIGWINCH);
     ASSERT_TRUE(run.sees("\x1b[40;")) << "the last line of the window now";
     run.type("r");
+    run.type("q");
+    EXPECT_EQ(run.wait(), 0);
+    expectTerminalAsItWas(run);
+}
+
+TEST(WatchCommand, followsTheKeysThatTerminalsSend) {
+    const TemporaryFolder folder;
+    TerminalRun run({"watch", "--speed", "1000", "--replay", recording(folder)}, 110, 24);
+    ASSERT_TRUE(run.sees("has ended"));
+    run.type("\x1bOP\x1b[15~\x1b[17~\x1b[18~\x1b[19~\x1b[20~\x1b[21~\x1b[23~\x1b[24~\xff\xff"); // none of ours
+    run.type("\t");
+    ASSERT_TRUE(run.sees("[Applications]"));
+    run.type("\x1b[200~q\rq\x1b[201~/\xe6\x97\xa5\x1b[200~one\rq\x1b[201~");
+    ASSERT_TRUE(run.sees("日one q")) << run.written;
+    run.type("\x1b[B\x1bOB\x7f\x7f\r\f"); // Ctrl-L draws all of it anew
+    ASSERT_TRUE(run.sees("Esc all"));
+    run.type("\x1b[Z\f"); // Shift-Tab
+    ASSERT_TRUE(run.sees("Tab applications"));
     run.type("q");
     EXPECT_EQ(run.wait(), 0);
     expectTerminalAsItWas(run);

@@ -1,6 +1,7 @@
 #include "cli/WatchView.hpp"
 
 #include "cli/Bar.hpp"
+#include "cli/WatchState.hpp"
 #include "core/model/SystemSnapshot.hpp"
 
 #include <gtest/gtest.h>
@@ -42,7 +43,7 @@ TEST(WatchView, fitsEveryWindow) {
             for (const int height : {1, 2, 10, 24, 60}) {
                 const SystemSnapshot snapshot = machineWith(cores);
                 const auto lines =
-                    presentWatch(snapshot, {.source = "Live", .remark = "", .width = width, .height = height});
+                    presentWatch(snapshot, {}, {.source = "Live", .remark = "", .width = width, .height = height});
                 ASSERT_EQ(lines.size(), static_cast<std::size_t>(height));
                 for (const StyledLine& line : lines) {
                     ASSERT_LE(columns(line), width) << plainText(line);
@@ -53,7 +54,7 @@ TEST(WatchView, fitsEveryWindow) {
 
 TEST(WatchView, showsEveryCoreAndItsKindAtSixtyColumns) {
     const std::string text =
-        textOf(presentWatch(machineWith(16), {.source = "", .remark = "", .width = 60, .height = 30}));
+        textOf(presentWatch(machineWith(16), {}, {.source = "", .remark = "", .width = 60, .height = 30}));
     for (int core = 0; core < 16; ++core) {
         const std::string want = (core < 10 ? "  " : " ") + std::to_string(core) + (core < 8 ? " P " : " E ");
         EXPECT_NE(text.find(want), std::string::npos) << want << "\n" << text;
@@ -65,14 +66,14 @@ TEST(WatchView, showsEveryCoreAndItsKindAtSixtyColumns) {
 
 TEST(WatchView, shrinksTheCoresBeforeItLeavesMemoryOut) {
     const std::string text =
-        textOf(presentWatch(machineWith(128), {.source = "", .remark = "", .width = 80, .height = 24}));
+        textOf(presentWatch(machineWith(128), {}, {.source = "", .remark = "", .width = 80, .height = 24}));
     EXPECT_NE(text.find("Swap"), std::string::npos) << text;
     EXPECT_NE(text.find("P         █▅"), std::string::npos) << text;
 }
 
 TEST(WatchView, theRemarkIsSeen) {
     const std::string text =
-        textOf(presentWatch(machineWith(2), {.source = "x", .remark = "It ended.", .width = 60, .height = 20}));
+        textOf(presentWatch(machineWith(2), {}, {.source = "x", .remark = "It ended.", .width = 60, .height = 20}));
     EXPECT_NE(text.find("It ended."), std::string::npos);
 }
 
