@@ -93,7 +93,7 @@ TEST(SnapshotCommand, playsWhatItRecorded) {
     EXPECT_EQ(once.out, twice.out);
     const auto snapshot = snapshotFrom(Text::lines(once.out)[1]);
     ASSERT_TRUE(snapshot);
-    EXPECT_NEAR(snapshot->interval, 0.1, 0.09);
+    EXPECT_GT(snapshot->interval, 0.09);
     EXPECT_GT(snapshot->cpu.uptime, 0);
 }
 
