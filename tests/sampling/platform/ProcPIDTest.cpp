@@ -99,7 +99,8 @@ TEST(ProcPIDFiles, argumentsAreThoseThatTheProcessShows) {
 }
 
 TEST(ProcPIDFiles, aVariableIsFoundAmongOthers) {
-    const std::string environment("NOT_X=1\0X\0X_Y=2\0X=a=b\nX=c\0X=3\0E=\0\0=\0Z=cut", 46);
+    using namespace std::string_literals;
+    const std::string environment = "NOT_X=1\0X\0X_Y=2\0X=a=b\nX=c\0X=3\0E=\0\0=\0Z=cut"s;
     EXPECT_EQ(ProcPIDFiles::variable(environment, "X"), "a=b\nX=c");
     EXPECT_EQ(ProcPIDFiles::variable(environment, "E"), "");
     EXPECT_EQ(ProcPIDFiles::variable(environment, "Z"), "cut");

@@ -73,7 +73,7 @@ TEST_F(LinuxTrees, laptopTellsItselfAndItsCores) {
 }
 
 TEST_F(LinuxTrees, aHostTellsWhoseItIsAndWhatItHides) {
-    const TemporaryTree tree = copied(laptop);
+    const TemporaryTree tree;
     LinuxMachine machine(tree.path());
     EXPECT_FALSE(machine.host().info().hidesProcesses);
     tree.write("proc/self/mountinfo", "23 28 0:22 / /proc rw - proc proc rw,hidepid=invisible\n");
