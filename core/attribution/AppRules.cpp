@@ -33,7 +33,8 @@ std::string_view ownApplication(const Process& process, const ProcessTable&) {
 /// macOS: whom the system holds responsible. Linux: the first process of the unit.
 std::string_view responsibleProcess(const Process& process, const ProcessTable& all) {
     const Process* responsible = process.responsiblePID == process.pid ? nullptr : all.find(process.responsiblePID);
-    return responsible ? std::string_view(responsible->own->application) : std::string_view();
+    return responsible && !responsible->own->neverOwns ? std::string_view(responsible->own->application)
+                                                       : std::string_view();
 }
 
 std::string_view unitEntry(const Process& process, const ProcessTable&) {
@@ -127,7 +128,10 @@ std::string installedProgram(const Input& input, const AppRules& rules) {
 }
 
 std::string entryOfUnit(const Input& input, const AppRules& rules) {
-    return input.unit.kind == Kind::application ? pathOf(rules.installed->bundleForID(input.unit.id)) : std::string();
+    // What a launcher starts without a unit of its own is not the launcher's.
+    if (input.unit.kind != Kind::application || matchesAny(rules.tables.neverOwners, input.unit.id))
+        return {};
+    return pathOf(rules.installed->bundleForID(input.unit.id));
 }
 
 std::string kernelThread(const Input& input, const AppRules&) {

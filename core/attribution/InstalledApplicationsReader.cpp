@@ -188,6 +188,8 @@ private:
                           .position = position};
         settle(programClaims, *path, claim);
         const std::string folder(packageFolder(PathText::parent(*path)));
+        if (path->ends_with(".AppImage"))
+            return; // whole in one file: what lies beside it is another's
         if (isPrivate(folder, places, tables))
             settle(folderClaims, folder, claim);
         else

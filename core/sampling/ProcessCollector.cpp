@@ -1,8 +1,8 @@
 #include "core/sampling/ProcessCollector.hpp"
 
 #include "core/attribution/ControlGroupUnit.hpp"
-#include "core/attribution/RunningApplications.hpp"
 #include "core/attribution/KeyFile.hpp"
+#include "core/attribution/RunningApplications.hpp"
 #include "core/attribution/UnitLeaders.hpp"
 #include "core/model/MachTime.hpp"
 
@@ -56,6 +56,12 @@ std::optional<std::string> flatpakID(std::string_view notes) {
     const auto application = KeyFile::group(notes, "Application");
     std::string name = application ? KeyFile::text(KeyFile::value(*application, "name")) : std::string();
     return name.empty() ? std::nullopt : std::optional(std::move(name));
+}
+
+/// A process has written one text over the arguments that it was started with.
+bool isTitle(const std::optional<std::vector<std::string>>& now,
+             const std::optional<std::vector<std::string>>& before) {
+    return now && before && now->size() == 1 && before->size() > 1;
 }
 
 /// Per second; 0 for a counter that fell.
@@ -133,8 +139,9 @@ ProcessCollector::Known& ProcessCollector::recall(const ProcessReading& reading,
         slot->firstSeen = now;
     }
     // Another name or owner: the process has become another program since, as a shell's child does right after its
-    // start.
-    if (isNew || slot->shortName != info.name || slot->uid != info.uid)
+    // start. While it is young it may have become one of the same name.
+    if (isNew || slot->shortName != info.name || slot->uid != info.uid ||
+        (slot->originReads == 1 && processes.path(info.pid) != slot->path))
         readStatics(*slot, info);
     if (slot->originReads < originReadings)
         readOrigin(*slot, info);
@@ -147,15 +154,21 @@ void ProcessCollector::readStatics(Known& process, const ProcessInfo& info) {
     process.rawStart = info.rawStart;
     process.uid = info.uid;
     process.originReads = 0;
-    process.arguments.reset();
-    process.commandLine.reset();
-    process.dev.reset();
-    process.path = processes.path(info.pid);
     const bool isOwn = info.uid == options.userID;
-    if (isOwn) {
-        process.arguments = processes.arguments(info.pid);
-        process.commandLine = joined(process.arguments);
-        process.dev = DevClassifier::classify(info.name, process.path, process.arguments);
+    if (info.isKernelThread) { // no program; and it takes a new name with each piece of work
+        process.originReads = originReadings;
+    } else {
+        const auto formerPath = std::exchange(process.path, processes.path(info.pid));
+        const auto formerArguments =
+            std::exchange(process.arguments, isOwn ? processes.arguments(info.pid) : std::nullopt);
+        if (formerPath && formerPath == process.path && isTitle(process.arguments, formerArguments)) {
+            process.arguments = formerArguments; // it only calls itself something else: these tell more
+        } else {
+            process.cwd.reset();
+            process.projectKey.reset();
+            process.commandLine = joined(process.arguments);
+            process.dev = isOwn ? DevClassifier::classify(info.name, process.path, process.arguments) : std::nullopt;
+        }
     }
     process.responsiblePID = processes.responsiblePID(info.pid);
     process.user = processes.userName(info.uid);
@@ -182,8 +195,6 @@ void ProcessCollector::readOrigin(Known& process, const ProcessInfo& info) {
     ++process.originReads;
     ProcessOrigin origin = processes.origin(info.pid);
     ControlGroupUnit unit = ControlGroupUnit::parse(origin.controlGroups);
-    if (process.originReads > 1 && unit == process.grouping.unit)
-        return;
     process.grouping.unit = std::move(unit);
     process.grouping.foreignRoot = origin.foreignRoot;
     process.grouping.appImage = std::move(origin.appImage);
@@ -215,12 +226,25 @@ void ProcessCollector::takeUsage(Known& process, const ProcessReading& reading, 
         const double seconds = now - process.previous->time;
         if (usage.cpuTicks > before.cpuTicks)
             record.cpu = MachTime::seconds(usage.cpuTicks - before.cpuTicks, options.nanosPerTick) / seconds;
-        record.diskReadRate = rate(usage.diskRead, before.diskRead, seconds);
-        record.diskWriteRate = rate(usage.diskWritten, before.diskWritten, seconds);
         if (usage.energyNJ != 0 || before.energyNJ != 0)
             record.powerW = rate(usage.energyNJ, before.energyNJ, seconds) / nanosPerSecond;
     }
     process.previous = Previous{usage, now};
+    takeDiskRates(process, reading, record, now);
+}
+
+/// The totals may be older than the rest: what was added since they were last read is shared out over all that time.
+void ProcessCollector::takeDiskRates(Known& process, const ProcessReading& reading, ProcessSnapshot& record,
+                                     double now) {
+    if (!reading.diskIsFresh)
+        return;
+    const ProcessUsage& usage = *reading.usage;
+    if (process.disk && process.disk->time < now) {
+        const double seconds = now - process.disk->time;
+        record.diskReadRate = rate(usage.diskRead, process.disk->read, seconds);
+        record.diskWriteRate = rate(usage.diskWritten, process.disk->written, seconds);
+    }
+    process.disk = DiskTotals{usage.diskRead, usage.diskWritten, now};
 }
 
 void ProcessCollector::join(const ProcessReading& reading, ProcessSnapshot& record, const Joined& figures) const {

@@ -66,6 +66,12 @@ private:
         double time = 0;
     };
 
+    struct DiskTotals {
+        std::uint64_t read = 0;
+        std::uint64_t written = 0;
+        double time = 0;
+    };
+
     /// What is kept of a process.
     struct Known {
         Date start;
@@ -88,6 +94,7 @@ private:
         bool needsKeys = true;
 
         std::optional<Previous> previous;
+        std::optional<DiskTotals> disk; ///< as they were last read
         std::optional<double> lastActive;
         double firstSeen = 0;
         std::uint64_t seenIn = 0; ///< the round in which it was last seen
@@ -98,6 +105,7 @@ private:
     void readOrigin(Known& process, const ProcessInfo& info);
     void nameAfter(Known& process, const ProcessInfo& info);
     void takeUsage(Known& process, const ProcessReading& reading, ProcessSnapshot& record, double now) const;
+    static void takeDiskRates(Known& process, const ProcessReading& reading, ProcessSnapshot& record, double now);
     void join(const ProcessReading& reading, ProcessSnapshot& record, const Joined& joined) const;
     void lookUpProject(Known& process, ProcessSnapshot& record, bool refresh, bool listens);
     void forgetTheGone();

@@ -59,7 +59,7 @@ TEST(UserClientCreator, findsTheProcess) {
         const char* text;
         std::optional<std::int32_t> want;
     } cases[] = {
-        {"pid 812, Google Chrome He", 812}, {"pid 7, a, pid 9", 7},       {"pid 41", 41},
+        {"pid 812, Google Chrome He", 812}, {"pid 7, a, pid 9", 7},       {"pid 41", std::nullopt},
         {"no number here", std::nullopt},   {"", std::nullopt},           {", pid 5", std::nullopt},
         {"pid , x", std::nullopt},          {"pid 12x, y", std::nullopt}, {"pid 99999999999, y", std::nullopt},
         {"pid -4, y", std::nullopt},

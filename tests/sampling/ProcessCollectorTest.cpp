@@ -69,13 +69,51 @@ TEST_F(ProcessCollectorTest, anIdThatCameRoundWithinASecondIsAnotherProcess) {
     EXPECT_EQ(collector.activity(5, 14).observed, 0);
 }
 
+TEST_F(ProcessCollectorTest, aTitleHidesNothingAndAnotherProgramOfTheSameNameShows) {
+    processes.add(5, "node");
+    processes.paths[5] = "/usr/bin/node";
+    processes.argumentLists[5] = {"node", "/x/node_modules/.bin/next", "dev"};
+    processes.add(6, "browser");
+    processes.paths[6] = "/usr/bin/dash";
+    sample(1);
+    processes.readings[0].info.name = "next-server (v1";
+    processes.argumentLists[5] = {"next-server (v14.2)"};
+    processes.paths[6] = "/usr/lib/browser/browser"; // the wrapper has become what it wraps
+    ProcessOutput output = sample(3);
+    EXPECT_EQ(output.processes[0].devKind, "Next.js");
+    EXPECT_EQ(output.processes[0].commandLine, "node /x/node_modules/.bin/next dev");
+    EXPECT_EQ(output.processes[1].path, "/usr/lib/browser/browser");
+    processes.paths[5] = "/usr/bin/python3";
+    processes.argumentLists[5] = {"python3"};
+    processes.readings[0].info.name = "python3";
+    output = sample(5);
+    EXPECT_EQ(output.processes[0].devKind, "Python");
+    EXPECT_EQ(output.processes[0].commandLine, "python3");
+}
+
+TEST_F(ProcessCollectorTest, diskTotalsOfAnEarlierReadingGiveNoRateAndLaterOnesAreSharedOut) {
+    ProcessReading& one = processes.add(5, "writer");
+    one.diskIsFresh = false; // hidden so far
+    sample(10);
+    one.usage->diskWritten = 5000;
+    one.diskIsFresh = true;
+    EXPECT_EQ(sample(12).processes[0].diskWriteRate, 0) << "it may have written that long ago";
+    one.diskIsFresh = false;
+    EXPECT_EQ(sample(14).processes[0].diskWriteRate, 0);
+    EXPECT_EQ(sample(20).processes[0].diskWriteRate, 0);
+    one.usage->diskWritten = 6000;
+    one.diskIsFresh = true;
+    EXPECT_EQ(sample(22).processes[0].diskWriteRate, 100) << "over ten seconds";
+}
+
 TEST_F(ProcessCollectorTest, whatNeverChangesIsReadOnceAndTheGoneAreForgotten) {
     processes.add(5, "bash");
     processes.add(6, "other");
     processes.paths[5] = "/bin/bash";
     sample(1);
     sample(3);
-    EXPECT_EQ(processes.staticReads, 2);
+    sample(4);
+    EXPECT_EQ(processes.staticReads, 4) << "once, and once more while they are young";
     processes.readings[0].info.name = "make"; // the shell's child has become another program
     processes.paths[5] = "/usr/bin/make";
     EXPECT_EQ(sample(5).processes[0].path, "/usr/bin/make");

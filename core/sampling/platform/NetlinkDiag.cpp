@@ -23,6 +23,7 @@ namespace Type {
 constexpr std::uint16_t error = 2;
 constexpr std::uint16_t done = 3;
 constexpr std::uint16_t overrun = 4;
+constexpr std::uint16_t tcpSocket = 18;
 constexpr std::uint16_t socketByFamily = 20;
 } // namespace Type
 
@@ -35,6 +36,11 @@ constexpr std::size_t protocol = Header::size + 1;
 constexpr std::size_t extensions = Header::size + 2;
 constexpr std::size_t states = Header::size + 4;
 } // namespace Request
+
+namespace RequestOfTCP { // inet_diag_req, behind a header
+constexpr std::size_t extensions = Header::size + 3;
+constexpr std::size_t states = Header::size + 52;
+} // namespace RequestOfTCP
 
 namespace Record { // inet_diag_msg, behind a header
 constexpr std::size_t size = 72;
@@ -169,6 +175,17 @@ std::array<std::byte, requestSize> request(Family family, Transport transport, s
     return bytes;
 }
 
+std::array<std::byte, requestOfEveryTCPSize> requestOfEveryTCP(std::uint32_t sequence) {
+    std::array<std::byte, requestOfEveryTCPSize> bytes{};
+    store(bytes, Header::length, static_cast<std::uint32_t>(requestOfEveryTCPSize));
+    store(bytes, Header::type, Type::tcpSocket);
+    store(bytes, Header::flags, flagsOfDump);
+    store(bytes, Header::sequence, sequence);
+    store(bytes, RequestOfTCP::extensions, static_cast<std::uint8_t>(1U << (tcpInfo - 1)));
+    store(bytes, RequestOfTCP::states, statesOfTCP);
+    return bytes;
+}
+
 Dump::Progress Dump::take(std::span<const std::byte> datagram) {
     while (!datagram.empty()) {
         const std::size_t length = field<std::uint32_t>(datagram, Header::length);
@@ -188,6 +205,7 @@ Dump::Progress Dump::takeMessage(std::span<const std::byte> message) {
     disturbed = disturbed || (field<std::uint16_t>(message, Header::flags) & flagDisturbed) != 0;
     const auto payload = message.subspan(Header::size);
     switch (field<std::uint16_t>(message, Header::type)) {
+    case Type::tcpSocket:
     case Type::socketByFamily:
         if (const auto socket = parseSocket(payload, kind))
             found.push_back(*socket);

@@ -51,10 +51,13 @@ struct ProcessReading {
     ProcessInfo info;
     std::optional<ProcessUsage> usage; ///< absent when the system keeps it from this user
     std::optional<std::int64_t> threads;
+    /// The disk totals of `usage` were read for this answer. Otherwise they are those of an earlier one, and nothing
+    /// moved then; or they are hidden, and 0.
+    bool diskIsFresh = true;
 
     friend bool operator==(const ProcessReading&, const ProcessReading&) = default;
 };
-BOOST_DESCRIBE_STRUCT(ProcessReading, (), (info, usage, threads))
+BOOST_DESCRIBE_STRUCT(ProcessReading, (), (info, usage, threads, diskIsFresh))
 static_assert(describesEveryMember<ProcessReading>);
 
 /// Where a process comes from: what grouping it under an application takes beside its path. Empty on macOS.

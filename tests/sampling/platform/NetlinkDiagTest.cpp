@@ -85,6 +85,11 @@ TEST(NetlinkDiag, asksForTheStatesThatProcessesHold) {
     EXPECT_EQ(number(tcp, 8), 0x01020304U);
     EXPECT_EQ(number(tcp, 16), 0x0002'060AU); // IPv6, TCP, with tcp_info
     EXPECT_EQ(number(tcp, 20), 0x0536U);      // no time-wait: it has no holder and may be thousands
+    const auto both = NetlinkDiag::requestOfEveryTCP(7);
+    EXPECT_EQ(number(both, 0), 76U);
+    EXPECT_EQ(number(both, 4), 0x0301'0012U);
+    EXPECT_EQ(number(both, 16), 0x0200'0000U); // with tcp_info
+    EXPECT_EQ(number(both, 68), 0x0536U);
     const auto udp = NetlinkDiag::request(Family::ipv4, Transport::udp, 1);
     EXPECT_EQ(number(udp, 16), 0x0000'1102U);
     EXPECT_EQ(number(udp, 20), 0xFFFF'FFFFU);

@@ -6,8 +6,8 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <linux/close_range.h>
 #include <signal.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -40,7 +40,9 @@ void run(const ChildLaunch& launch) {
         ::dup2(launch.output, STDOUT_FILENO) != STDOUT_FILENO || !becomes(STDERR_FILENO, "/dev/null", O_WRONLY))
         return;
     // What libraries of the host program left unmarked; everything of ours is marked, so an older kernel may refuse.
-    ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+    // By number, because an older C library has no name for it.
+    constexpr unsigned closeOnExec = 1U << 2;
+    ::syscall(SYS_close_range, STDERR_FILENO + 1, ~0U, closeOnExec);
     DescriptorLimit::putBack();
     ::execve(launch.path, launch.arguments, launch.environment);
 }

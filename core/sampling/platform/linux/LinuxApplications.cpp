@@ -56,9 +56,11 @@ LinuxApplications::LinuxApplications(DesktopPlaces where, Asked what)
     : places(std::move(where)), asked(std::move(what)) {}
 
 std::shared_ptr<const InstalledApplications> LinuxApplications::installed() {
-    if (!current.applications) {
-        current = read();
-        lastLook = asked.now();
+    if (!current.applications) { // the first time: most of what follows is about them, so a moment is well spent
+        current.applications = std::make_shared<const InstalledApplications>();
+        beginLook();
+        if (look.valid() && look.wait_for(longestFirstWait) == std::future_status::ready)
+            takeIn();
     } else if (look.valid()) {
         takeIn();
     } else if (asked.now() - lastLook >= betweenLooks) {
@@ -88,8 +90,9 @@ LinuxApplications::Reading LinuxApplications::read() const {
 
 /// Absent when no folder changed.
 std::optional<LinuxApplications::Reading> LinuxApplications::readAgain() const {
+    const bool isFirst = current.folders.empty();
     const auto isAsBefore = [&](const auto& folder) { return asked.changed(folder.first) == folder.second; };
-    if (std::all_of(current.folders.begin(), current.folders.end(), isAsBefore))
+    if (!isFirst && std::all_of(current.folders.begin(), current.folders.end(), isAsBefore))
         return std::nullopt;
     Reading reading = read();
     if (*reading.applications == *current.applications)

@@ -12,9 +12,9 @@
 
 namespace ostrivane {
 
-/// The applications of a session. They are read once while the caller waits, at the start of the program; from then on
-/// a thread of its own looks whether their folders changed, and reads again if so. Those may lie on a network, where a
-/// look can take as long as it likes: no later call asks a file system or waits.
+/// The applications of a session. A thread of its own reads them, and looks from time to time whether their folders
+/// changed. Those may lie on a network, where that can take as long as it likes: no call asks a file system, and only
+/// the first one waits, for a moment. Until they are known there are none.
 class LinuxApplications final : public Applications {
 public:
     using FolderTime = std::filesystem::file_time_type;
@@ -30,6 +30,7 @@ public:
     };
 
     static constexpr std::chrono::seconds betweenLooks{30};
+    static constexpr std::chrono::seconds longestFirstWait{2};
 
     /// Those of the session that the program runs in.
     LinuxApplications();

@@ -53,9 +53,10 @@ std::string processFile(std::int32_t pid, const char* name) {
 
 std::vector<std::int32_t> LinuxDescriptors::pids() {
     std::vector<std::int32_t> found;
-    for (const std::string& name : root.list("proc"))
+    proc.each([&](const char* name) {
         if (const auto pid = Text::number<std::int32_t>(name))
             found.push_back(*pid);
+    });
     return found;
 }
 

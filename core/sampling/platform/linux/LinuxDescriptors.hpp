@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/sampling/platform/SocketOwners.hpp"
+#include "core/sampling/platform/linux/FolderStream.hpp"
 #include "core/sampling/platform/linux/RootFolder.hpp"
 
 #include <string>
@@ -11,7 +12,7 @@ namespace ostrivane {
 class LinuxDescriptors final : public DescriptorSource {
 public:
     /// `folder` outlives the reader.
-    explicit LinuxDescriptors(const RootFolder& folder) : root(folder) {}
+    explicit LinuxDescriptors(const RootFolder& folder) : root(folder), proc(folder.openFolder("proc").release()) {}
 
     std::vector<std::int32_t> pids() override;
     std::optional<std::uint64_t> startOf(std::int32_t pid) override;
@@ -19,6 +20,7 @@ public:
 
 private:
     const RootFolder& root;
+    FolderStream proc;
     std::string buffer;
 };
 

@@ -24,13 +24,14 @@ LinuxProcesses::Units processUnits() {
     return {.bootTime = Date{secondsOf(CLOCK_REALTIME) - secondsOf(CLOCK_BOOTTIME)},
             .ticksPerSecond = systemValue(_SC_CLK_TCK),
             .pageSize = systemValue(_SC_PAGESIZE),
-            .userID = ::geteuid()};
+            .userID = ::getuid()};
 }
 
 } // namespace
 
 LinuxMachine::LinuxMachine(const std::filesystem::path& path, std::size_t keptDescriptors)
     : root(path), hostAnswers(root), processorAnswers(root), memoryAnswers(root, systemValue(_SC_PAGESIZE)),
-      graphicsAnswers(root), processAnswers(root, processUnits(), keptDescriptors), socketAnswers(root, ::geteuid()) {}
+      graphicsAnswers(root), processAnswers(root, processUnits(), keptDescriptors), socketAnswers(root, ::getuid()),
+      fileAnswers(root) {}
 
 } // namespace ostrivane

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "core/sampling/platform/LocalFiles.hpp"
 #include "core/sampling/platform/Machine.hpp"
 #include "core/sampling/platform/linux/LinuxApplications.hpp"
+#include "core/sampling/platform/linux/LinuxFiles.hpp"
 #include "core/sampling/platform/linux/LinuxGraphics.hpp"
 #include "core/sampling/platform/linux/LinuxHost.hpp"
 #include "core/sampling/platform/linux/LinuxMemory.hpp"
@@ -43,7 +43,7 @@ private:
     LinuxProcesses processAnswers;
     LinuxSockets socketAnswers;
     LinuxApplications applicationAnswers;
-    LocalFiles fileAnswers;
+    LinuxFiles fileAnswers;
 };
 
 } // namespace ostrivane

@@ -54,7 +54,7 @@ std::int32_t pidOf(const char* name) {
 
 LinuxProcesses::LinuxProcesses(const RootFolder& folder, const Units& unitsOfMachine, std::size_t mostDescriptors)
     : root(folder), units(unitsOfMachine), descriptorLimit(mostDescriptors), proc(folder.openFolder("proc").release()),
-      swaps(folder, "proc/swaps", KeptFile::Presence::optional), buffer(longestFile) {}
+      mounts(folder), swaps(folder, "proc/swaps", KeptFile::Presence::optional), buffer(longestFile) {}
 
 const std::vector<ProcessReading>& LinuxProcesses::all() {
     if (!std::exchange(isFresh, false))
@@ -78,30 +78,47 @@ void LinuxProcesses::refresh(Round round) {
     now = std::chrono::steady_clock::now();
     swapInUse = swapIsUsed();
     listIDs();
-    nextKnown.clear();
-    nextReadings.clear();
+    if (!std::ranges::equal(ids, known, {}, {}, &Kept::pid))
+        takeInArrivals();
+    std::size_t living = 0;
+    for (std::size_t index = 0; index < known.size(); ++index) {
+        if (!read(known[index], readings[index], round)) {
+            forget(known[index]);
+            continue;
+        }
+        if (living != index) {
+            known[living] = std::move(known[index]);
+            readings[living] = std::move(readings[index]);
+        }
+        ++living;
+    }
+    known.resize(living);
+    readings.resize(living);
+}
+
+/// Makes room for the new, in the order of ids, and drops the gone.
+void LinuxProcesses::takeInArrivals() {
+    std::vector<Kept> nextKnown;
+    std::vector<ProcessReading> nextReadings;
     nextKnown.reserve(ids.size());
     nextReadings.reserve(ids.size());
     std::size_t old = 0;
     for (const std::int32_t pid : ids) {
         for (; old < known.size() && known[old].pid < pid; ++old)
             forget(known[old]);
-        const bool isKnown = old < known.size() && known[old].pid == pid;
-        Kept kept = isKnown ? std::move(known[old]) : Kept{};
-        ProcessReading reading = isKnown ? std::move(readings[old]) : ProcessReading{};
-        old += isKnown ? 1 : 0;
-        kept.pid = reading.info.pid = pid;
-        if (read(kept, reading, round)) {
-            nextKnown.push_back(std::move(kept));
-            nextReadings.push_back(std::move(reading));
+        if (old < known.size() && known[old].pid == pid) {
+            nextKnown.push_back(std::move(known[old]));
+            nextReadings.push_back(std::move(readings[old]));
+            ++old;
         } else {
-            forget(kept);
+            nextKnown.emplace_back().pid = pid;
+            nextReadings.emplace_back().info.pid = pid;
         }
     }
     for (; old < known.size(); ++old)
         forget(known[old]);
-    std::swap(known, nextKnown);
-    std::swap(readings, nextReadings);
+    known = std::move(nextKnown);
+    readings = std::move(nextReadings);
 }
 
 void LinuxProcesses::listIDs() {
@@ -127,12 +144,15 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
     if (!text)
         return false;
     const bool fullRound = now - kept.fullRead >= std::chrono::duration<double>(fullRoundSeconds);
-    if (!fullRound && *text == kept.statText)
+    reading.diskIsFresh = false;
+    if (!fullRound && !kept.usesDisk && *text == kept.statText)
         return true;
     const auto stat = ProcPIDStat::parse(*text);
     if (!stat)
         return !kept.statText.empty(); // not whole this time: what was known stands
     const bool isNew = kept.statText.empty() || stat->start != kept.start;
+    // Memory cannot come or go without a page fault or another resident size, and stat tells both.
+    const bool textChanged = *text != kept.statText;
     if (isNew) {
         reading = ProcessReading{};
         reading.info.pid = kept.pid;
@@ -144,8 +164,11 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
     const bool isOtherProgram = isNew || own->name != kept.rawName;
     takeInfo(kept, reading.info, *own);
     reading.threads = own->threads;
-    if (isOtherProgram || fullRound) { // "sudo" becomes the program of another user, whose files are open to that one
+    kept.ownerMayDiffer = kept.ownerMayDiffer || textChanged; // who did nothing is who they were
+    // "sudo" becomes the program of another user, whose files are open to that one.
+    if (isOtherProgram || (fullRound && kept.ownerMayDiffer)) {
         takeOwner(kept, reading.info);
+        kept.ownerMayDiffer = false;
         kept.ioHidden = false;
     }
     if (isNew || fullRound) {
@@ -153,7 +176,7 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
         const auto spread = std::chrono::milliseconds(isNew ? kept.pid % 10 * 1000 : 0);
         kept.fullRead = now - spread;
     }
-    takeUsage(kept, reading);
+    takeUsage(kept, reading, textChanged);
     return true;
 }
 
@@ -178,6 +201,14 @@ std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
     }
     const ssize_t size = ::pread(kept.stat.get(), buffer.data(), buffer.size(), 0);
     return size > 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size))) : std::nullopt;
+}
+
+/// Of a file that the kernel hands over whole: a second read, only to find the end, would cost as much as the first.
+std::optional<std::string_view> LinuxProcesses::readRecord(std::int32_t pid, const char* name) {
+    const FileDescriptor file(
+        ::openat(proc.descriptor(), PIDPath(pid, name).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
+    const ssize_t size = file.isOpen() ? ::read(file.get(), buffer.data(), buffer.size()) : -1;
+    return size >= 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size))) : std::nullopt;
 }
 
 std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const char* name) {
@@ -229,10 +260,11 @@ void LinuxProcesses::takeOwner(const Kept& kept, ProcessInfo& info) const {
         info.uid = owner.st_uid;
 }
 
-void LinuxProcesses::takeUsage(Kept& kept, ProcessReading& reading) {
+void LinuxProcesses::takeUsage(Kept& kept, ProcessReading& reading, bool memoryChanged) {
     std::optional<ProcPIDFiles::Traffic> traffic;
+    kept.usesDisk = false;
     if (!kept.ioHidden) {
-        if (const auto io = readFile(kept.pid, "io"))
+        if (const auto io = readRecord(kept.pid, "io"))
             traffic = ProcPIDFiles::diskTraffic(*io);
         else
             kept.ioHidden = errno == EACCES || errno == EPERM || errno == ENOENT;
@@ -244,17 +276,25 @@ void LinuxProcesses::takeUsage(Kept& kept, ProcessReading& reading) {
     }
     ProcessUsage usage = reading.usage.value_or(ProcessUsage{});
     usage.cpuTicks = saturatingProduct(kept.time, nanosPerSecond / units.ticksPerSecond);
+    reading.diskIsFresh = traffic.has_value();
     if (traffic) {
+        kept.usesDisk = traffic->read != usage.diskRead || traffic->written != usage.diskWritten;
         usage.diskRead = traffic->read;
         usage.diskWritten = traffic->written;
     }
-    if (const auto statm = readFile(kept.pid, "statm"))
-        if (const auto pages = ProcPIDFiles::privatePages(*statm))
-            usage.footprint = saturatingProduct(*pages, units.pageSize);
-    if (swapInUse && !reading.info.isKernelThread)
-        if (const auto status = readFile(kept.pid, "status"))
-            usage.footprint = saturatingSum(usage.footprint, ProcPIDFiles::swapped(*status).value_or(0));
+    if (memoryChanged || !reading.usage)
+        usage.footprint = footprint(kept.pid, reading.info.isKernelThread).value_or(usage.footprint);
     reading.usage = usage;
+}
+
+std::optional<std::uint64_t> LinuxProcesses::footprint(std::int32_t pid, bool isKernelThread) {
+    const auto statm = readRecord(pid, "statm");
+    const auto pages = statm ? ProcPIDFiles::privatePages(*statm) : std::nullopt;
+    if (!pages)
+        return std::nullopt;
+    const std::uint64_t resident = saturatingProduct(*pages, units.pageSize);
+    const auto status = swapInUse && !isKernelThread ? readRecord(pid, "status") : std::nullopt;
+    return saturatingSum(resident, status ? ProcPIDFiles::swapped(*status).value_or(0) : 0);
 }
 
 void LinuxProcesses::forget(Kept& kept) {
@@ -280,13 +320,17 @@ bool LinuxProcesses::swapIsUsed() {
     return false;
 }
 
+bool LinuxProcesses::isThere(const std::string& path) {
+    return !(root.isRunningSystem() && mounts.mayHang(path)) && root.exists(path);
+}
+
 std::optional<std::string> LinuxProcesses::path(std::int32_t pid) {
     const auto link = root.link(fmt::format("proc/{}/exe", pid));
     if (!link || link->empty())
         return std::nullopt;
     const std::string_view cut = ProcPIDFiles::withoutDeletedMark(*link);
     // A file may really be called so.
-    return Text::repaired(cut.size() < link->size() && root.exists(*link) ? std::string_view(*link) : cut);
+    return Text::repaired(cut.size() < link->size() && isThere(*link) ? std::string_view(*link) : cut);
 }
 
 std::optional<std::vector<std::string>> LinuxProcesses::arguments(std::int32_t pid) {
@@ -309,7 +353,7 @@ std::optional<std::string> LinuxProcesses::currentDirectory(std::int32_t pid) {
     if (!link || link->empty())
         return std::nullopt;
     // One that was removed has no path; what lies there by now is another one.
-    const bool isGone = ProcPIDFiles::withoutDeletedMark(*link).size() < link->size() && !root.exists(*link);
+    const bool isGone = ProcPIDFiles::withoutDeletedMark(*link).size() < link->size() && !isThere(*link);
     return isGone ? std::nullopt : std::optional(Text::repaired(*link));
 }
 
@@ -327,10 +371,10 @@ ProcessOrigin LinuxProcesses::origin(std::int32_t pid) {
 
 std::optional<std::string> LinuxProcesses::flatpakInfo(std::int32_t pid) {
     // A container's tree may be answered by a program of its own, which may have stopped answering.
-    const auto mounts = root.read(fmt::format("proc/{}/mountinfo", pid));
-    if (!mounts)
+    const auto mountinfo = root.read(fmt::format("proc/{}/mountinfo", pid));
+    if (!mountinfo)
         return std::nullopt;
-    const std::vector<MountInfo> itsMounts = MountInfo::parse(*mounts);
+    const std::vector<MountInfo> itsMounts = MountInfo::parse(*mountinfo);
     if (const MountInfo* itsRoot = MountInfo::seenAt("/", itsMounts); itsRoot && itsRoot->mayHang())
         return std::nullopt;
     const auto text = readFile(pid, "root/.flatpak-info");

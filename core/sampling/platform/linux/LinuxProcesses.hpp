@@ -8,6 +8,7 @@
 #include "core/sampling/platform/linux/FileDescriptor.hpp"
 #include "core/sampling/platform/linux/FolderStream.hpp"
 #include "core/sampling/platform/linux/KeptFile.hpp"
+#include "core/sampling/platform/linux/MountTable.hpp"
 #include "core/sampling/platform/linux/RootFolder.hpp"
 
 #include <chrono>
@@ -21,7 +22,7 @@ namespace ostrivane {
 
 /// Processes from /proc. The stat file of each stays open: reading it again halves the cost of a process, and once the
 /// process is gone it answers so, whoever has its id by then. statm and io are read only where the stat text changed,
-/// and of every process once in `fullRoundSeconds`.
+/// and io, which can change without, of every process once in `fullRoundSeconds`.
 class LinuxProcesses final : public Processes, public SystemProcesses {
 public:
     static constexpr double fullRoundSeconds = 10;
@@ -59,25 +60,31 @@ private:
         std::string rawName;  ///< the kernel's, before it was mended
         std::uint64_t start = 0;
         SystemProcessTotals totals;
-        std::uint64_t time = 0; ///< clock ticks, user plus system
-        bool ioHidden = false;  ///< the system keeps its io file from this user
+        std::uint64_t time = 0;      ///< clock ticks, user plus system
+        bool ownerMayDiffer = false; ///< it did something since its owner was looked at
+        bool usesDisk = false;       ///< its io changed when it was last read: it is read again whatever stat tells
+        bool ioHidden = false;       ///< the system keeps its io file from this user
         std::chrono::steady_clock::time_point fullRead;
     };
     enum class Round { everything, withoutIdleKernel };
 
     void refresh(Round round);
     void listIDs();
+    void takeInArrivals();
     bool read(Kept& kept, ProcessReading& reading, Round round);
     bool isRestingKernelThread(const Kept& kept, const ProcessReading& reading, Round round) const;
     std::optional<std::string_view> readStat(Kept& kept);
+    std::optional<std::string_view> readRecord(std::int32_t pid, const char* name);
     std::optional<std::string_view> readFile(std::int32_t pid, const char* name);
     std::optional<std::string_view> readFile(std::int32_t pid, const char* name, std::vector<char>& into) const;
     std::optional<std::string> flatpakInfo(std::int32_t pid);
     std::optional<std::string> appImage(std::int32_t pid);
     void takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& stat);
-    void takeUsage(Kept& kept, ProcessReading& reading);
+    void takeUsage(Kept& kept, ProcessReading& reading, bool memoryChanged);
+    std::optional<std::uint64_t> footprint(std::int32_t pid, bool isKernelThread);
     void takeOwner(const Kept& kept, ProcessInfo& info) const;
     void forget(Kept& kept);
+    bool isThere(const std::string& path);
     bool swapIsUsed();
 
     const RootFolder& root;
@@ -85,10 +92,11 @@ private:
     std::size_t descriptorLimit;
     std::size_t openDescriptors = 0;
     FolderStream proc;
+    MountTable mounts;
     KeptFile swaps;
-    std::vector<std::int32_t> ids; ///< of this round, ascending
-    std::vector<Kept> known, nextKnown;
-    std::vector<ProcessReading> readings, nextReadings; ///< in the order of `known`
+    std::vector<std::int32_t> ids;        ///< of this round, ascending
+    std::vector<Kept> known;              ///< ascending by id
+    std::vector<ProcessReading> readings; ///< in the order of `known`
     std::vector<char> buffer;
     bool swapInUse = false;
     bool isFresh = false; ///< read for `totals`, not yet handed out

@@ -71,9 +71,10 @@ std::span<const std::byte> receive(const FileDescriptor& monitor, std::span<std:
     return {};
 }
 
-Answer ask(Family family, Transport transport, std::span<std::byte> buffer, Clock::time_point deadline) {
+Answer ask(std::span<const std::byte> request, Transport transport, std::span<std::byte> buffer,
+           Clock::time_point deadline) {
     const FileDescriptor monitor = openMonitor();
-    if (!monitor.isOpen() || !send(monitor, NetlinkDiag::request(family, transport, sequence)))
+    if (!monitor.isOpen() || !send(monitor, request))
         return {};
     Dump dump(transport, sequence);
     auto progress = Dump::Progress::more;
@@ -89,11 +90,16 @@ Answer ask(Family family, Transport transport, std::span<std::byte> buffer, Cloc
 std::optional<std::vector<Socket>> sockets(Transport transport) {
     const auto deadline = Clock::now() + longest;
     std::vector<std::byte> buffer(bufferSize);
+    if (transport == Transport::tcp) {
+        Answer answer = ask(NetlinkDiag::requestOfEveryTCP(sequence), transport, buffer, deadline);
+        if (answer.end == Dump::Progress::done)
+            return std::move(answer.sockets);
+    }
     std::vector<Socket> found;
     for (const Family family : {Family::ipv4, Family::ipv6}) {
         Answer answer;
         for (int i = 0; i < tries && answer.end == Dump::Progress::failed; ++i)
-            answer = ask(family, transport, buffer, deadline);
+            answer = ask(NetlinkDiag::request(family, transport, sequence), transport, buffer, deadline);
         const bool isSwitchedOff = answer.end == Dump::Progress::missing && family == Family::ipv6;
         if (answer.end != Dump::Progress::done && !isSwitchedOff)
             return std::nullopt;

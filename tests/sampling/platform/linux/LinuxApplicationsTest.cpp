@@ -132,15 +132,13 @@ TEST_F(LinuxApplicationsTest, asksTheDiskFromItsOwnThreadAndNotTooOften) {
     entry("share/applications/a.desktop", "");
     LinuxApplications applications(places, asked);
     const auto first = applications.installed();
-    const int looks = looksOfCaller;
-    EXPECT_GT(looks, 0);
     entry("share/applications/b.desktop", "");
     now += LinuxApplications::betweenLooks - std::chrono::milliseconds(1);
     applications.installed();
     applications.installed();
     EXPECT_EQ(questionsOfTime, 3) << "no look is under way, or the clock would not be asked";
     EXPECT_NE(afterLook(applications), first);
-    EXPECT_EQ(looksOfCaller, looks);
+    EXPECT_EQ(looksOfCaller, 0);
 }
 
 } // namespace
