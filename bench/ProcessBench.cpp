@@ -12,6 +12,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <signal.h>
 #include <sys/mman.h>
 #include <sys/prctl.h>
@@ -168,6 +169,8 @@ void wholeTick(benchmark::State& state) {
     const Crowd crowd(state.range(0));
     const auto busy = static_cast<std::size_t>(state.range(0) * state.range(1) / 100);
     BareRound bare;
+    bare.run();
+    const std::size_t heapBefore = ::mallinfo2().uordblks;
     MachineCollectors collectors(nativeMachine());
     TickRunner runner(collectors);
     RealTime clock;
@@ -180,10 +183,10 @@ void wholeTick(benchmark::State& state) {
     };
     constexpr int warmUp = 40; // ticks until the descriptors of all these new processes have been looked at
     for (int tick = 0; tick < warmUp; ++tick) {
-        bare.run();
         tickOnce();
         clock.setAhead(5);
     }
+    const std::size_t heapKept = ::mallinfo2().uordblks - heapBefore;
     double bareSeconds = 0, tickSeconds = 0;
     std::int64_t processes = 0;
     const auto timed = [](double& sum, const auto& work) {
@@ -207,6 +210,7 @@ void wholeTick(benchmark::State& state) {
     state.counters["timesBare"] = tickSeconds / bareSeconds;
     state.counters["bareMicros"] = benchmark::Counter(bareSeconds * 1e6, benchmark::Counter::kAvgIterations);
     state.counters["tickMicros"] = benchmark::Counter(tickSeconds * 1e6, benchmark::Counter::kAvgIterations);
+    state.counters["keptBytesPerProcess"] = static_cast<double>(heapKept) / static_cast<double>(processes);
     state.counters["processes"] = static_cast<double>(processes);
 }
 BENCHMARK(wholeTick)

@@ -11,7 +11,8 @@
 
 namespace ostrivane::cli {
 
-ExitStatus eachSnapshot(const Source& source, const std::function<bool(const SharedSnapshot&)>& take) {
+ExitStatus eachSnapshot(const Source& source,
+                        const std::function<bool(const SharedSnapshot&, const Session& session)>& take) {
     boost::asio::io_context context{1};
     Session session(context.get_executor(), source, [&] { context.stop(); });
     if (const auto problem = session.problem()) {
@@ -20,7 +21,7 @@ ExitStatus eachSnapshot(const Source& source, const std::function<bool(const Sha
     }
     session.engine().addConsumer([&](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) {
         // No snapshot is made of damaged answers.
-        if (session.problem() || !take(snapshot))
+        if (session.problem() || !take(snapshot, session))
             context.stop();
     });
     session.engine().start();
@@ -34,18 +35,18 @@ ExitStatus eachSnapshot(const Source& source, const std::function<bool(const Sha
     return succeeded;
 }
 
-SharedSnapshot snapshotOfNow(const Source& source, double seconds, ExitStatus& status) {
+ReadingOfNow snapshotOfNow(const Source& source, double seconds, ExitStatus& status) {
     constexpr double slack = 0.05; // of a timer that fires a little early
-    SharedSnapshot last;
+    ReadingOfNow last;
     std::optional<double> first;
-    status = eachSnapshot(source, [&](const SharedSnapshot& snapshot) {
-        last = snapshot;
+    status = eachSnapshot(source, [&](const SharedSnapshot& snapshot, const Session& session) {
+        last = {snapshot, session.limits()};
         const double now = snapshot->timestamp.seconds;
         first = std::min(first.value_or(now), now); // the clock may be set back
         const bool isEnough = snapshot->interval > 0 && now - *first >= seconds - slack;
         return !source.replay.empty() || !isEnough;
     });
-    return status == succeeded ? last : nullptr;
+    return status == succeeded ? last : ReadingOfNow();
 }
 
 } // namespace ostrivane::cli

@@ -59,7 +59,9 @@ Session::Session(const boost::asio::any_io_executor& executor, const Source& sou
         machine = recordedMachine(playback);
         clock = recordedClock(playback, std::move(clock), source.speed, std::move(ended));
     }
-    Formatters::logicalCores = machine->host().info().coreLayout.logical;
+    const HostInfo host = machine->host().info();
+    Formatters::logicalCores = host.coreLayout.logical;
+    machineLimits = limitsOf(machine->platform(), host);
     sampling = std::make_unique<SamplingEngine>(executor, std::make_unique<MachineCollectors>(std::move(machine)),
                                                 std::move(clock));
     demandEverything(*sampling, source.interval);
@@ -73,6 +75,13 @@ std::optional<std::string> Session::remark() const {
     if (playback && playback->wasCutOff())
         return "The recording was cut off in the middle of its last line; what is whole was used.";
     return std::nullopt;
+}
+
+std::string limitsOf(Platform platform, const HostInfo& host) {
+    std::string limits = platform == Platform::Linux ? "In and out: TCP only." : "";
+    if (host.hidesProcesses)
+        limits += std::string(limits.empty() ? "" : " ") + "The system hides processes of others.";
+    return limits;
 }
 
 void demandEverything(SamplingEngine& engine, double interval) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/sampling/SamplingEngine.hpp"
+#include "core/sampling/platform/Platform.hpp"
 
 #include <functional>
 #include <memory>
@@ -51,12 +52,19 @@ public:
     /// What a person should know about the recording beside the figures; absent when there is nothing to tell.
     std::optional<std::string> remark() const;
 
+    /// What the figures of this machine leave out; empty when there is nothing to tell.
+    const std::string& limits() const { return machineLimits; }
+
     SamplingEngine& engine() { return *sampling; }
 
 private:
     std::shared_ptr<Playback> playback; ///< null on this machine
+    std::string machineLimits;
     std::unique_ptr<SamplingEngine> sampling;
 };
+
+/// "In and out count TCP only.", of a machine with that `platform` and `host`.
+std::string limitsOf(Platform platform, const HostInfo& host);
 
 /// What a terminal command wants of the engine: everything, every `interval` seconds.
 void demandEverything(SamplingEngine& engine, double interval);

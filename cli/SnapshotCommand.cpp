@@ -26,7 +26,7 @@ struct SnapshotOptions {
 ExitStatus printTicks(const SnapshotOptions& options) {
     std::int64_t left = options.ticks;
     Written written = Written::whole;
-    const ExitStatus status = eachSnapshot(options.source, [&](const SharedSnapshot& snapshot) {
+    const ExitStatus status = eachSnapshot(options.source, [&](const SharedSnapshot& snapshot, const Session&) {
         written = writeOut(snapshotJSON(*snapshot) + "\n");
         return --left > 0 && written == Written::whole;
     });
@@ -35,7 +35,7 @@ ExitStatus printTicks(const SnapshotOptions& options) {
 
 ExitStatus printNow(const SnapshotOptions& options) {
     ExitStatus status = succeeded;
-    const SharedSnapshot snapshot = snapshotOfNow(options.source, 0, status);
+    const SharedSnapshot snapshot = snapshotOfNow(options.source, 0, status).snapshot;
     if (!snapshot)
         return status;
     return statusAfter(writeOut(options.json ? snapshotJSON(*snapshot) + "\n" : summary(*snapshot)));

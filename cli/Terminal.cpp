@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdint>
 #include <cstdio>
@@ -31,6 +32,9 @@ struct KeySequence {
 };
 /// What the terminal library does not expect: the marks around what is pasted, and keys as terminals send them that
 /// pass over the wish for its own set of sequences.
+// Of a window that is drawn on: larger ones take memory and time for nothing that anybody could read.
+constexpr int mostRows = 512;
+constexpr int mostColumns = 1024;
 constexpr KeySequence furtherKeys[] = {{"\x1b[200~", KeyDecoder::pasteBegin},
                                        {"\x1b[201~", KeyDecoder::pasteEnd},
                                        {"\x1b[A", KEY_UP},
@@ -134,13 +138,13 @@ std::optional<std::string> Terminal::open() {
 }
 
 Terminal::Size Terminal::size() const {
-    return {COLS, LINES};
+    return {std::min(COLS, mostColumns), std::min(LINES, mostRows)};
 }
 
 void Terminal::resized() {
     winsize window{};
     if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) == 0 && window.ws_row > 0 && window.ws_col > 0)
-        resizeterm(window.ws_row, window.ws_col);
+        resizeterm(std::min<int>(window.ws_row, mostRows), std::min<int>(window.ws_col, mostColumns));
     clearok(stdscr, TRUE); // terminals rearrange what stood on them
 }
 

@@ -32,11 +32,11 @@ struct UsageOptions {
 ExitStatus print(UsageSubject subject, UsageOptions& options) {
     options.choice.sort = *fromRawValue<UsageSort>(options.sort); // checked by the option
     ExitStatus status = succeeded;
-    const SharedSnapshot snapshot = snapshotOfNow(options.source, samplerSeconds, status);
+    const auto [snapshot, limits] = snapshotOfNow(options.source, samplerSeconds, status);
     if (!snapshot)
         return status;
     return statusAfter(writeOut(options.json ? usageJSON(*snapshot, subject, options.choice)
-                                             : usageText(*snapshot, subject, options.choice, terminalWidth())));
+                                             : usageText(*snapshot, limits, subject, options.choice, terminalWidth())));
 }
 
 void addUsageCommand(CLI::App& app, const std::string& name, const std::string& description, UsageSubject subject,

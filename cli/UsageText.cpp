@@ -27,15 +27,15 @@ std::string counted(std::size_t count, std::string_view one, std::string_view mo
 
 } // namespace
 
-std::string usageText(const SystemSnapshot& snapshot, UsageSubject subject, const UsageChoice& choice,
-                      std::optional<int> width) {
+std::string usageText(const SystemSnapshot& snapshot, std::string_view limits, UsageSubject subject,
+                      const UsageChoice& choice, std::optional<int> width) {
     const std::vector<UsageRow> rows = usageRows(snapshot, subject, choice);
     const int used = width.value_or(fullUsageWidth(rows));
     std::string text = plainText(usageHeading(subject, choice.sort, used)) + "\n";
     for (const UsageRow& row : rows)
         text += plainText(usageLine(row, choice.sort, used)) + "\n";
     text += "\n" + usageCount(snapshot, subject, rows.size()) + "\n";
-    if (const std::string gaps = usageGaps(snapshot); !gaps.empty())
+    if (const std::string gaps = usageGaps(snapshot, limits); !gaps.empty())
         text += gaps + "\n";
     return text;
 }
@@ -63,11 +63,11 @@ std::string usageCount(const SystemSnapshot& snapshot, UsageSubject subject, std
     return text;
 }
 
-std::string usageGaps(const SystemSnapshot& snapshot) {
+std::string usageGaps(const SystemSnapshot& snapshot, std::string_view limits) {
     if (snapshot.processes.empty())
         return {};
     if (snapshot.interval == 0)
-        return "There is one reading only; rates need two.";
+        return "No time has passed since a reading before; rates need that.";
     std::vector<std::string_view> gaps;
     if (!snapshot.perProcessNetworkAvailable)
         gaps.emplace_back("network");
@@ -79,7 +79,10 @@ std::string usageGaps(const SystemSnapshot& snapshot) {
         gaps.emplace_back("graphics");
     if (!isToldOf(&ProcessSnapshot::powerW))
         gaps.emplace_back("power");
-    return gaps.empty() ? "" : fmt::format("No figures: {}.", fmt::join(gaps, ", "));
+    std::string text = gaps.empty() ? "" : fmt::format("No figures: {}.", fmt::join(gaps, ", "));
+    if (!limits.empty())
+        text += fmt::format("{}{}", text.empty() ? "" : " ", limits);
+    return text;
 }
 
 } // namespace ostrivane::cli

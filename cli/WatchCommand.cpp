@@ -118,6 +118,7 @@ private:
         terminal->draw(presentWatch(*latest, state,
                                     {.source = source.replay.empty() ? "Live" : source.replay,
                                      .remark = footnote,
+                                     .limits = current->limits(),
                                      .width = size.width,
                                      .height = size.height}));
     }

@@ -65,13 +65,13 @@ std::string details(const ApplicationSnapshot& application) {
 
 /// What is selected; otherwise what the table holds and what it cannot tell.
 StyledLine statusLine(const SystemSnapshot& snapshot, UsageSubject subject, const TableView& table,
-                      const std::vector<UsageRow>& rows) {
+                      const std::vector<UsageRow>& rows, std::string_view limits) {
     if (!table.selected.empty() && table.place < rows.size()) {
         const std::size_t source = rows[table.place].source;
         return {{Text::visible(subject == UsageSubject::processes ? details(snapshot.processes[source])
                                                                   : details(snapshot.applications[source]))}};
     }
-    return {{usageCount(snapshot, subject, rows.size()) + ". ", Style::dim}, {usageGaps(snapshot), Style::dim}};
+    return {{usageCount(snapshot, subject, rows.size()) + ". ", Style::dim}, {usageGaps(snapshot, limits), Style::dim}};
 }
 
 StyledLine selectedLine(const UsageRow& row, UsageSort sort, int width) {
@@ -140,7 +140,7 @@ std::vector<StyledLine> presentTable(const SystemSnapshot& snapshot, const Watch
                           Style::dim}});
     if (page.status) {
         lines.resize(static_cast<std::size_t>(std::max(frame.height, 1)) - 2); // the footer follows
-        lines.push_back(statusLine(snapshot, subject, table, rows));
+        lines.push_back(statusLine(snapshot, subject, table, rows, frame.limits));
     }
     return lines;
 }

@@ -16,6 +16,7 @@ struct WatchState;
 struct WatchFrame {
     std::string source; ///< "Live", or what is played
     std::string remark; ///< one sentence in the last line; may be empty
+    std::string limits; ///< what the figures of the machine leave out; may be empty
     int width = 80;     ///< columns
     int height = 24;    ///< lines
 };

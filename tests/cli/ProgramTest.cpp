@@ -255,6 +255,9 @@ TEST(WatchCommand, drawsLivelyAndQuitsOnQ) {
     run.resize(100, 40);
     run.signal(SIGWINCH);
     ASSERT_TRUE(run.sees("\x1b[40;")) << "the last line of the window now";
+    run.resize(60, 33'000); // more than the terminal library can count
+    run.signal(SIGWINCH);
+    ASSERT_TRUE(run.sees("\x1b[512;"));
     run.type("r");
     run.type("q");
     EXPECT_EQ(run.wait(), 0);

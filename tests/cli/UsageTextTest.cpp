@@ -1,4 +1,5 @@
 #include "cli/UsageText.hpp"
+#include "cli/Session.hpp"
 
 #include "core/model/JSON.hpp"
 #include "core/model/Text.hpp"
@@ -29,11 +30,11 @@ TEST(UsageText, cutsNothingOffWithoutATerminal) {
     SystemSnapshot snapshot = machine();
     snapshot.processes[0].name = std::string(50, 'n') + "END";
     snapshot.processes[0].isRestricted = true;
-    const std::string text = usageText(snapshot, UsageSubject::processes, {}, std::nullopt);
+    const std::string text = usageText(snapshot, "", UsageSubject::processes, {}, std::nullopt);
     for (const char* part : {"nEND *", "300%", "WRITE", "1.5 KB/s", "50%", "500 mW"})
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     for (const int width : {1, 30, 80}) {
-        const std::string table = usageText(snapshot, UsageSubject::processes, {.limit = 1}, width);
+        const std::string table = usageText(snapshot, "", UsageSubject::processes, {.limit = 1}, width);
         const auto lines = Text::lines(table);
         EXPECT_LE(Text::columns(lines[0]), width);
         EXPECT_LE(Text::columns(lines[1]), width);
@@ -44,7 +45,7 @@ TEST(UsageText, saysWhatIsNotShown) {
     SystemSnapshot snapshot = machine();
     EXPECT_EQ(usageCount(snapshot, UsageSubject::processes, 3), "3 processes");
     EXPECT_EQ(usageCount(snapshot, UsageSubject::applications, 1), "1 application");
-    EXPECT_EQ(usageGaps(snapshot), "");
+    EXPECT_EQ(usageGaps(snapshot, ""), "");
     snapshot.restrictedProcessCount = 2;
     snapshot.applications[0].hasRestricted = true;
     EXPECT_EQ(usageCount(snapshot, UsageSubject::processes, 1),
@@ -54,9 +55,14 @@ TEST(UsageText, saysWhatIsNotShown) {
     snapshot.perProcessNetworkAvailable = false;
     for (ProcessSnapshot& process : snapshot.processes)
         process.powerW.reset();
-    EXPECT_EQ(usageGaps(snapshot), "No figures: network, power.");
+    EXPECT_EQ(usageGaps(snapshot, ""), "No figures: network, power.");
+    HostInfo host;
+    EXPECT_EQ(limitsOf(Platform::macOS, host), "");
+    host.hidesProcesses = true;
+    EXPECT_EQ(usageGaps(snapshot, limitsOf(Platform::Linux, host)),
+              "No figures: network, power. In and out: TCP only. The system hides processes of others.");
     snapshot.interval = 0;
-    EXPECT_NE(usageGaps(snapshot).find("rates need two"), std::string::npos);
+    EXPECT_NE(usageGaps(snapshot, "").find("rates need that"), std::string::npos);
     EXPECT_EQ(usageCount(SystemSnapshot::empty(Date{0}), UsageSubject::applications, 0), "Processes: Unavailable");
 }
 

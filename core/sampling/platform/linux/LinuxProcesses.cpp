@@ -43,6 +43,10 @@ private:
     std::array<char, 48> text;
 };
 
+bool isShortOfDescriptors() {
+    return errno == EMFILE || errno == ENFILE;
+}
+
 std::int32_t pidOf(const char* name) {
     const std::string_view digits = name;
     return digits.empty() || digits.front() < '0' || digits.front() > '9'
@@ -92,6 +96,8 @@ void LinuxProcesses::refresh(Round round) {
         }
         ++living;
     }
+    // A list that is not whole would pass for one of fewer processes.
+    living = std::exchange(lacksDescriptors, false) ? 0 : living;
     known.resize(living);
     readings.resize(living);
 }
@@ -188,9 +194,16 @@ bool LinuxProcesses::isRestingKernelThread(const Kept& kept, const ProcessReadin
 
 std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
     if (!kept.stat.isOpen()) {
-        FileDescriptor file(::openat(proc.descriptor(), PIDPath(kept.pid, "stat").c_str(), O_RDONLY | O_CLOEXEC));
-        if (!file.isOpen())
+        const PIDPath path(kept.pid, "stat");
+        FileDescriptor file(::openat(proc.descriptor(), path.c_str(), O_RDONLY | O_CLOEXEC));
+        if (!file.isOpen() && isShortOfDescriptors() && openDescriptors > 0) {
+            keepNothingOpen();
+            file = FileDescriptor(::openat(proc.descriptor(), path.c_str(), O_RDONLY | O_CLOEXEC));
+        }
+        if (!file.isOpen()) {
+            lacksDescriptors = lacksDescriptors || isShortOfDescriptors();
             return std::nullopt;
+        }
         if (openDescriptors >= descriptorLimit) {
             const ssize_t size = ::read(file.get(), buffer.data(), buffer.size());
             return size > 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size)))
@@ -201,6 +214,13 @@ std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
     }
     const ssize_t size = ::pread(kept.stat.get(), buffer.data(), buffer.size(), 0);
     return size > 0 ? std::optional(std::string_view(buffer.data(), static_cast<std::size_t>(size))) : std::nullopt;
+}
+
+/// Others need what was kept here.
+void LinuxProcesses::keepNothingOpen() {
+    for (Kept& each : known)
+        forget(each);
+    descriptorLimit = 0;
 }
 
 /// Of a file that the kernel hands over whole: a second read, only to find the end, would cost as much as the first.

@@ -84,6 +84,7 @@ private:
     std::optional<std::uint64_t> footprint(std::int32_t pid, bool isKernelThread);
     void takeOwner(const Kept& kept, ProcessInfo& info) const;
     void forget(Kept& kept);
+    void keepNothingOpen();
     bool isThere(const std::string& path);
     bool swapIsUsed();
 
@@ -99,7 +100,8 @@ private:
     std::vector<ProcessReading> readings; ///< in the order of `known`
     std::vector<char> buffer;
     bool swapInUse = false;
-    bool isFresh = false; ///< read for `totals`, not yet handed out
+    bool lacksDescriptors = false; ///< a process of this round could not be opened, and is not gone
+    bool isFresh = false;          ///< read for `totals`, not yet handed out
     std::chrono::steady_clock::time_point now;
     UserNames userNames;
 };

@@ -10,7 +10,9 @@
 #include <functional>
 #include <utility>
 
+#include <fcntl.h>
 #include <linux/sched.h>
+#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -124,6 +126,28 @@ TEST(LinuxProcesses, givesTheSameFiguresHoweverManyFilesItKeepsOpen) {
         EXPECT_EQ(some.all(), all.all());
         EXPECT_EQ(none.totals(), all.totals());
     }
+}
+
+TEST(LinuxProcesses, aListThatCannotBeWholeIsNone) {
+    const RootFolder root;
+    LinuxProcesses keeping(root, units(::getuid()), anyNumber), late(root, units(::getuid()), anyNumber);
+    const std::size_t count = keeping.all().size();
+    std::vector<FileDescriptor> taken;
+    rlimit before{};
+    ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit low{.rlim_cur = std::min<rlim_t>(before.rlim_cur, 4096), .rlim_max = before.rlim_max};
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &low), 0);
+    for (;;) {
+        FileDescriptor another(::open("/dev/null", O_RDONLY | O_CLOEXEC));
+        if (!another.isOpen())
+            break;
+        taken.push_back(std::move(another));
+    }
+    EXPECT_TRUE(late.all().empty()) << "no descriptor is left";
+    taken.resize(taken.size() - 3);
+    EXPECT_GT(late.all().size(), count / 2) << "one at a time is enough";
+    taken.clear();
+    ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
 }
 
 /// A tree with a single process, of the user who runs the test.
