@@ -42,7 +42,11 @@ std::string_view lastComponent(std::string_view path) {
 std::optional<std::string> joined(const std::optional<std::vector<std::string>>& arguments) {
     if (!arguments)
         return std::nullopt;
+    std::size_t size = arguments->size();
+    for (const std::string& argument : *arguments)
+        size += argument.size();
     std::string line;
+    line.reserve(size);
     for (const std::string& argument : *arguments) {
         if (&argument != &arguments->front())
             line += ' ';
@@ -98,12 +102,12 @@ ProcessOutput ProcessCollector::sample(double now, const Joined& joinedFigures, 
         record.ppid = reading.info.ppid;
         record.responsiblePID = process.responsiblePID;
         record.name = process.displayName;
-        record.path = process.path;
+        record.path = process.grouping.path;
         record.user = process.user;
         record.uid = process.uid;
         record.startTime = process.start;
         record.state = stateName(reading.info.status);
-        record.commandLine = process.commandLine;
+        record.commandLine = joined(process.arguments);
         record.isRestricted = !reading.usage;
         record.isDevProcess = process.dev.has_value();
         if (process.dev)
@@ -140,8 +144,8 @@ ProcessCollector::Known& ProcessCollector::recall(const ProcessReading& reading,
     }
     // Another name or owner: the process has become another program since, as a shell's child does right after its
     // start. While it is young it may have become one of the same name.
-    if (isNew || slot->shortName != info.name || slot->uid != info.uid ||
-        (slot->originReads == 1 && processes.path(info.pid) != slot->path))
+    if (isNew || slot->grouping.name != info.name || slot->uid != info.uid ||
+        (slot->originReads == 1 && processes.path(info.pid) != slot->grouping.path))
         readStatics(*slot, info);
     if (slot->originReads < originReadings)
         readOrigin(*slot, info);
@@ -155,19 +159,18 @@ void ProcessCollector::readStatics(Known& process, const ProcessInfo& info) {
     process.uid = info.uid;
     process.originReads = 0;
     const bool isOwn = info.uid == options.userID;
+    std::optional<std::string> path;
     if (info.isKernelThread) { // no program; and it takes a new name with each piece of work
         process.originReads = originReadings;
     } else {
-        const auto formerPath = std::exchange(process.path, processes.path(info.pid));
-        const auto formerArguments =
-            std::exchange(process.arguments, isOwn ? processes.arguments(info.pid) : std::nullopt);
-        if (formerPath && formerPath == process.path && isTitle(process.arguments, formerArguments)) {
-            process.arguments = formerArguments; // it only calls itself something else: these tell more
-        } else {
+        path = processes.path(info.pid);
+        auto arguments = isOwn ? processes.arguments(info.pid) : std::nullopt;
+        const bool isSameProgram = path && path == process.grouping.path;
+        if (!isSameProgram || !isTitle(arguments, process.arguments)) { // else it only calls itself something else
+            process.arguments = std::move(arguments);
             process.cwd.reset();
             process.projectKey.reset();
-            process.commandLine = joined(process.arguments);
-            process.dev = isOwn ? DevClassifier::classify(info.name, process.path, process.arguments) : std::nullopt;
+            process.dev = isOwn ? DevClassifier::classify(info.name, path, process.arguments) : std::nullopt;
         }
     }
     process.responsiblePID = processes.responsiblePID(info.pid);
@@ -176,7 +179,7 @@ void ProcessCollector::readStatics(Known& process, const ProcessInfo& info) {
                         .ppid = info.ppid,
                         .responsiblePID = process.responsiblePID,
                         .name = info.name,
-                        .path = process.path,
+                        .path = std::move(path),
                         .unit = {},
                         .isOwn = isOwn,
                         .hasTerminal = info.hasTerminal,
@@ -204,10 +207,11 @@ void ProcessCollector::readOrigin(Known& process, const ProcessInfo& info) {
 
 /// The short command name is cut off at the system's limit: then the path has the whole of it.
 void ProcessCollector::nameAfter(Known& process, const ProcessInfo& info) {
-    process.shortName = process.displayName = info.name;
-    if (!process.path)
+    process.displayName = info.name;
+    const std::optional<std::string>& path = process.grouping.path;
+    if (!path)
         return;
-    const std::string_view base = lastComponent(*process.path);
+    const std::string_view base = lastComponent(*path);
     if (info.name.size() < base.size() && base.starts_with(info.name))
         process.displayName = base;
 }

@@ -76,17 +76,14 @@ private:
     struct Known {
         Date start;
         std::uint64_t rawStart = 0;
-        std::optional<std::string> path;
         std::int32_t responsiblePID = 0;
         std::uint32_t uid = 0;
         std::string user;
         std::optional<std::vector<std::string>> arguments;
-        std::optional<std::string> commandLine;
         std::optional<DevClassifier::Match> dev;
         std::optional<std::string> cwd;
         std::optional<std::string> projectKey;
 
-        std::string shortName; ///< the command name that `displayName` and `grouping.name` were made of
         std::string displayName;
         AppGrouper::Input grouping;
         AppGrouper::OwnKeys own;

@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <functional>
 #include <utility>
 
 #include <fcntl.h>
@@ -151,25 +152,24 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
         return false;
     const bool fullRound = now - kept.fullRead >= std::chrono::duration<double>(fullRoundSeconds);
     reading.diskIsFresh = false;
-    if (!fullRound && !kept.usesDisk && *text == kept.statText)
+    const std::size_t hash = std::hash<std::string_view>()(*text);
+    if (!fullRound && !kept.usesDisk && hash == kept.statHash)
         return true;
     const auto stat = ProcPIDStat::parse(*text);
     if (!stat)
-        return !kept.statText.empty(); // not whole this time: what was known stands
-    const bool isNew = kept.statText.empty() || stat->start != kept.start;
+        return kept.statHash.has_value(); // not whole this time: what was known stands
+    const bool isNew = !kept.statHash || stat->start != kept.start;
     // Memory cannot come or go without a page fault or another resident size, and stat tells both.
-    const bool textChanged = *text != kept.statText;
+    const bool textChanged = hash != kept.statHash;
     if (isNew) {
         reading = ProcessReading{};
         reading.info.pid = kept.pid;
         kept.rawName.clear();
     }
-    // The view is into the buffer that further files are read into.
-    kept.statText.assign(*text);
-    const auto own = ProcPIDStat::parse(kept.statText);
-    const bool isOtherProgram = isNew || own->name != kept.rawName;
-    takeInfo(kept, reading.info, *own);
-    reading.threads = own->threads;
+    kept.statHash = hash;
+    const bool isOtherProgram = isNew || stat->name != kept.rawName;
+    takeInfo(kept, reading.info, *stat);
+    reading.threads = stat->threads;
     kept.ownerMayDiffer = kept.ownerMayDiffer || textChanged; // who did nothing is who they were
     // "sudo" becomes the program of another user, whose files are open to that one.
     if (isOtherProgram || (fullRound && kept.ownerMayDiffer)) {
@@ -189,7 +189,7 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
 /// A kernel thread that may not be read in detail shows no figure but to `totals`.
 bool LinuxProcesses::isRestingKernelThread(const Kept& kept, const ProcessReading& reading, Round round) const {
     return round == Round::withoutIdleKernel && reading.info.isKernelThread && !reading.usage &&
-           !kept.statText.empty() && now - kept.fullRead < std::chrono::duration<double>(fullRoundSeconds);
+           kept.statHash && now - kept.fullRead < std::chrono::duration<double>(fullRoundSeconds);
 }
 
 std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {
@@ -256,6 +256,7 @@ std::optional<std::string_view> LinuxProcesses::readFile(std::int32_t pid, const
     return std::string_view(into.data(), size);
 }
 
+/// The name of `stat` is in the buffer that further files are read into, so it is used up here.
 void LinuxProcesses::takeInfo(Kept& kept, ProcessInfo& info, const ProcPIDStat& stat) {
     info.ppid = stat.ppid;
     info.status = stat.status();

@@ -56,7 +56,7 @@ private:
     struct Kept {
         std::int32_t pid = 0;
         FileDescriptor stat;  ///< not open where the limit is reached
-        std::string statText; ///< as it was last read
+        std::optional<std::size_t> statHash; ///< of the text as it was last read; absent: never so far
         std::string rawName;  ///< the kernel's, before it was mended
         std::uint64_t start = 0;
         SystemProcessTotals totals;
