@@ -219,5 +219,35 @@ BENCHMARK(wholeTick)
     ->Iterations(10)
     ->Unit(benchmark::kMillisecond);
 
+/// Nobody looks: what the program takes of one core at its default interval.
+void inTheBackground(benchmark::State& state) {
+    const Crowd crowd(state.range(0));
+    MachineCollectors collectors(nativeMachine());
+    TickRunner runner(collectors);
+    RealTime clock;
+    const SamplingDemand demand;
+    const SamplingSettings settings;
+    const RunningApps apps;
+    const auto tickOnce = [&] {
+        runner.begin({demand, settings, apps, clock});
+        benchmark::DoNotOptimize(runner.finish(std::nullopt));
+    };
+    for (int tick = 0; tick < 40; ++tick) {
+        tickOnce();
+        clock.setAhead(settings.backgroundInterval);
+    }
+    double tickSeconds = 0;
+    for (auto _ : state) {
+        std::this_thread::sleep_for(std::chrono::duration<double>(settings.backgroundInterval));
+        const double begin = processorSeconds();
+        tickOnce();
+        tickSeconds += processorSeconds() - begin;
+    }
+    const double perTick = tickSeconds / static_cast<double>(state.iterations());
+    state.counters["tickMicros"] = perTick * 1e6;
+    state.counters["percentOfACore"] = 100 * perTick / settings.backgroundInterval;
+}
+BENCHMARK(inTheBackground)->ArgName("processes")->Arg(300)->Iterations(8)->Unit(benchmark::kMillisecond);
+
 } // namespace
 } // namespace ostrivane
