@@ -188,8 +188,8 @@ bool LinuxProcesses::read(Kept& kept, ProcessReading& reading, Round round) {
 
 /// A kernel thread that may not be read in detail shows no figure but to `totals`.
 bool LinuxProcesses::isRestingKernelThread(const Kept& kept, const ProcessReading& reading, Round round) const {
-    return round == Round::withoutIdleKernel && reading.info.isKernelThread && !reading.usage &&
-           kept.statHash && now - kept.fullRead < std::chrono::duration<double>(fullRoundSeconds);
+    return round == Round::withoutIdleKernel && reading.info.isKernelThread && !reading.usage && kept.statHash &&
+           now - kept.fullRead < std::chrono::duration<double>(fullRoundSeconds);
 }
 
 std::optional<std::string_view> LinuxProcesses::readStat(Kept& kept) {

@@ -55,9 +55,9 @@ private:
     /// What is kept of a process beside its reading.
     struct Kept {
         std::int32_t pid = 0;
-        FileDescriptor stat;  ///< not open where the limit is reached
+        FileDescriptor stat;                 ///< not open where the limit is reached
         std::optional<std::size_t> statHash; ///< of the text as it was last read; absent: never so far
-        std::string rawName;  ///< the kernel's, before it was mended
+        std::string rawName;                 ///< the kernel's, before it was mended
         std::uint64_t start = 0;
         SystemProcessTotals totals;
         std::uint64_t time = 0;      ///< clock ticks, user plus system
