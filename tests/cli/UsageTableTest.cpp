@@ -72,7 +72,7 @@ TEST(UsageTable, hidesTheSumsOfNothingButHiddenFigures) {
     snapshot.perProcessNetworkAvailable = true;
     snapshot.processes[0].appKey = snapshot.processes[3].appKey = "mixed";
     snapshot.processes[1].appKey = snapshot.processes[2].appKey = "hidden";
-    for (const std::size_t index : {1, 2})
+    for (const std::size_t index : {std::size_t{1}, std::size_t{2}})
         snapshot.processes[index].isRestricted = true;
     for (const char* key : {"mixed", "hidden"}) {
         ApplicationSnapshot& app = snapshot.applications.emplace_back();
