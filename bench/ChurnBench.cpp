@@ -30,7 +30,7 @@ std::string reading(std::int64_t pid, std::int64_t tick, std::int64_t start) {
         R"(,"processes.reading:{0}":{{"info":{{"pid":{0},"ppid":1,"uid":1000,"name":"tool-{1}","status":3,)"
         R"("startTime":{2},"rawStart":{2}}},"usage":{{"cpuTicks":{3},"footprint":1000000}},"threads":1}},)"
         R"("processes.path:{0}":"/home/ada/bin/tool-{1}","processes.arguments:{0}":["tool","{2}"],)"
-        R"("processes.currentDirectory:{0}":"/home/ada/work/{1}")",
+        R"("processes.currentDirectory:{0}":"/home/ada/code/{1}")",
         pid, pid % 50, start, tick * 10'000'000);
 }
 
