@@ -1,7 +1,7 @@
 // What a tick costs: split by step, beside the bare reads of the same files, and what the engine adds of its own.
 
 #include "core/sampling/CPUCollector.hpp"
-#include "core/sampling/MachineCollectors.hpp"
+#include "core/sampling/Collectors.hpp"
 #include "core/sampling/MemoryCollector.hpp"
 #include "core/sampling/SamplingEngine.hpp"
 #include "core/sampling/TickRunner.hpp"
@@ -42,6 +42,19 @@ public:
 private:
     Date time{1e9};
     std::function<void()> pending;
+};
+
+/// Asks for processor and memory alone. What processes cost is `ProcessBench`'s.
+class ProcessorAndMemory final : public Collectors {
+public:
+    HostInfo hostInfo() override { return machine->host().info(); }
+    std::optional<CPUTicks> cpuTicks() override { return machine->processor().ticks(); }
+    std::optional<LoadAverage> loadAverage() override { return machine->processor().loadAverage(); }
+    std::optional<double> uptime() override { return machine->host().uptime(); }
+    std::optional<MemoryReading> memory() override { return machine->memory().reading(); }
+
+private:
+    const std::unique_ptr<Machine> machine = nativeMachine();
 };
 
 /// The files of a tick of processor and memory, kept open.
@@ -146,7 +159,7 @@ BENCHMARK(computeMemory);
 /// A whole tick of processor and memory against the bare reads, turn by turn in one run: the counter "timesBare".
 void tickOverBareReads(benchmark::State& state) {
     BareFiles files;
-    MachineCollectors collectors(nativeMachine());
+    ProcessorAndMemory collectors;
     TickRunner runner(collectors);
     StepClock clock;
     const SamplingDemand demand;
@@ -175,8 +188,7 @@ void engineBeyondReadings(benchmark::State& state) {
     boost::asio::io_context context;
     auto ownedClock = std::make_unique<StepClock>();
     StepClock& clock = *ownedClock;
-    SamplingEngine engine(context.get_executor(), std::make_unique<MachineCollectors>(nativeMachine()),
-                          std::move(ownedClock));
+    SamplingEngine engine(context.get_executor(), std::make_unique<ProcessorAndMemory>(), std::move(ownedClock));
     const auto machine = nativeMachine();
     engine.start();
     context.poll();
