@@ -11,7 +11,6 @@
 #include <malloc.h>
 
 #include <cstdint>
-#include <functional>
 #include <istream>
 #include <memory>
 #include <streambuf>
@@ -71,31 +70,18 @@ private:
     std::string line;
 };
 
-/// The recorded time, without waiting.
-class RecordedTime final : public Clock {
-public:
-    explicit RecordedTime(Playback& asked) : playback(asked) {}
-    Date now() override { return playback.clock(); }
-    Date beginTick() override { return playback.advance(); }
-    bool wait(double /*seconds*/, std::function<void()> /*wake*/) override { return true; }
-    void cancel() override {}
-
-private:
-    Playback& playback;
-};
-
 void churn(benchmark::State& state) {
     for (auto _ : state) {
         EndlessRecording lines;
         const auto playback = std::make_shared<Playback>("churn", std::make_unique<std::istream>(&lines));
         MachineCollectors collectors(recordedMachine(playback));
         TickRunner runner(collectors);
-        RecordedTime clock(*playback);
+        const auto clock = recordedClock(playback, nullptr, 1, {}); // nobody waits
         const SamplingDemand demand{.windowVisible = true};
         std::size_t early = 0;
         std::int64_t played = 0;
         for (; playback->hasNext(); ++played) {
-            runner.begin({demand, SamplingSettings{}, RunningApps{}, clock});
+            runner.begin({demand, SamplingSettings{}, RunningApps{}, *clock});
             benchmark::DoNotOptimize(runner.finish(std::nullopt));
             if (played == ticks / 20)
                 early = ::mallinfo2().uordblks;

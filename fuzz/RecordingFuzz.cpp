@@ -7,29 +7,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <sstream>
 #include <string>
 
 using namespace ostrivane;
-
-namespace {
-
-/// The recorded time, without waiting.
-class RecordedTime final : public Clock {
-public:
-    explicit RecordedTime(Playback& asked) : playback(asked) {}
-    Date now() override { return playback.clock(); }
-    Date beginTick() override { return playback.advance(); }
-    bool wait(double /*seconds*/, std::function<void()> /*wake*/) override { return true; }
-    void cancel() override {}
-
-private:
-    Playback& playback;
-};
-
-} // namespace
 
 /// A recording is played to its end or to a problem, and what its header tells is written and read again unchanged.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -42,11 +24,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(again && JSON::read<HostInfo>(*again) == host);
     MachineCollectors collectors(recordedMachine(playback));
     TickRunner runner(collectors);
-    RecordedTime clock(*playback);
+    const auto clock = recordedClock(playback, nullptr, 1, {}); // nobody waits
     const SamplingDemand demand{.windowVisible = true};
     for (std::size_t tick = 0; playback->hasNext() && tick < 1000; ++tick) {
         require(playback->secondsToNext() >= 0);
-        runner.begin({demand, SamplingSettings{}, RunningApps{}, clock});
+        runner.begin({demand, SamplingSettings{}, RunningApps{}, *clock});
         const SharedSnapshot snapshot = runner.finish(std::nullopt);
         require(snapshot->cpu.usage >= 0 && snapshot->cpu.usage <= 1.000001);
         require(snapshot->processCount == static_cast<std::int64_t>(snapshot->processes.size()));

@@ -2,6 +2,7 @@
 
 #include "core/attribution/ControlGroupUnit.hpp"
 #include "core/attribution/KeyFile.hpp"
+#include "core/attribution/PathText.hpp"
 #include "core/attribution/RunningApplications.hpp"
 #include "core/attribution/UnitLeaders.hpp"
 #include "core/model/MachTime.hpp"
@@ -33,10 +34,6 @@ const char* stateName(std::uint32_t status) {
     default:
         return "Unknown";
     }
-}
-
-std::string_view lastComponent(std::string_view path) {
-    return path.substr(path.rfind('/') + 1); // npos + 1 is 0: the whole
 }
 
 std::optional<std::string> joined(const std::optional<std::vector<std::string>>& arguments) {
@@ -211,7 +208,7 @@ void ProcessCollector::nameAfter(Known& process, const ProcessInfo& info) {
     const std::optional<std::string>& path = process.grouping.path;
     if (!path)
         return;
-    const std::string_view base = lastComponent(*path);
+    const std::string_view base = PathText::lastComponent(*path);
     if (info.name.size() < base.size() && base.starts_with(info.name))
         process.displayName = base;
 }
