@@ -10,10 +10,10 @@
 set -euo pipefail
 
 # One package a word. `package=program`: any such program in PATH will do, whoever installed it.
-buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev"
+buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev"
 testPackages="libgtest-dev libbenchmark-dev"
 checkPackages="git=git clang=clang++ libclang-rt-dev clang-format=clang-format clang-tidy=clang-tidy shellcheck=shellcheck"
-brewPackages="cmake ninja ccache boost fmt icu4c ncurses cli11 googletest google-benchmark"
+brewPackages="cmake ninja ccache boost fmt icu4c ncurses cli11 sqlite googletest google-benchmark"
 boostMinor=81 # Boost 1.81 is the first with all that is used of Asio, JSON and Describe
 
 say() { printf '%s\n' "$*" >&2; }
@@ -185,7 +185,7 @@ main() {
     brew install $brewPackages" "$wanted"
     else
         setupElsewhere "Packages are installed by this script on Debian and Ubuntu only. Needed here: a C++20 compiler
-(GCC 12, Clang 14 or newer), CMake 3.22, Ninja, Boost 1.$boostMinor with Boost.JSON, fmt, ICU, ncurses (wide), CLI11, and for
+(GCC 12, Clang 14 or newer), CMake 3.22, Ninja, Boost 1.$boostMinor with Boost.JSON, fmt, ICU, ncurses (wide), CLI11, SQLite 3, and for
 the tests GoogleTest and Google Benchmark, each with its headers." "$wanted"
     fi
 }
