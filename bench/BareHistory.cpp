@@ -147,11 +147,15 @@ void BareHistory::insert(const AppRow& row) {
     step(statement);
 }
 
-void BareHistory::write(const SystemRow& system, const std::vector<AppRow>& apps) {
-    execute("BEGIN IMMEDIATE;");
-    insert(system);
-    for (const AppRow& row : apps)
+void BareHistory::insert(const FinishedBucket& minute) {
+    insert(minute.system);
+    for (const AppRow& row : minute.apps)
         insert(row);
+}
+
+void BareHistory::write(const FinishedBucket& minute) {
+    execute("BEGIN IMMEDIATE;");
+    insert(minute);
     execute("COMMIT;");
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/history/AppRow.hpp"
-#include "core/history/SystemRow.hpp"
+#include "core/history/MinuteAccumulator.hpp"
 
 #include <sqlite3.h>
 
@@ -19,10 +18,9 @@ public:
     explicit BareHistory(const std::string& path);
 
     void execute(const char* sql);
-    void insert(const SystemRow& row);
-    void insert(const AppRow& row);
+    void insert(const FinishedBucket& minute);
     /// One minute in one transaction.
-    void write(const SystemRow& system, const std::vector<AppRow>& apps);
+    void write(const FinishedBucket& minute);
     std::vector<SystemRow> systemRows(std::int64_t since, std::int64_t until);
     std::vector<AppRow> appRows(const std::string& key, std::int64_t since);
     /// The keys of the applications that used most.
@@ -30,6 +28,8 @@ public:
     void maintain(std::int64_t now, std::int64_t retentionDays);
 
 private:
+    void insert(const SystemRow& row);
+    void insert(const AppRow& row);
     struct Close {
         void operator()(sqlite3* handle) const { sqlite3_close(handle); }
     };

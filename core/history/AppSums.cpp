@@ -67,15 +67,15 @@ void add(SumsByKey& sums, SQLiteDatabase& database, std::string_view statement, 
     database.each(statement, parameters, [&](const SQLiteDatabase::Row& row) {
         key.assign(row.view(0));
         Sums& of = sums[key];
-        of.cpuSeconds += row.real(1).value_or(0);
-        of.memMax = std::max(of.memMax, row.real(2).value_or(0));
-        of.memSeconds += row.real(3).value_or(0);
-        of.energyJ += row.real(4).value_or(0);
-        of.diskWrite += row.real(5).value_or(0);
-        of.diskRead += row.real(6).value_or(0);
-        of.netIn += row.real(7).value_or(0);
-        of.netOut += row.real(8).value_or(0);
-        of.coveredSeconds += row.real(9).value_or(0);
+        of.cpuSeconds += row.number(1);
+        of.memMax = std::max(of.memMax, row.number(2));
+        of.memSeconds += row.number(3);
+        of.energyJ += row.number(4);
+        of.diskWrite += row.number(5);
+        of.diskRead += row.number(6);
+        of.netIn += row.number(7);
+        of.netOut += row.number(8);
+        of.coveredSeconds += row.number(9);
     });
 }
 

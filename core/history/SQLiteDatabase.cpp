@@ -163,6 +163,10 @@ std::int64_t SQLiteDatabase::Row::integer(int column) const {
     return sqlite3_column_int64(stmt, column);
 }
 
+double SQLiteDatabase::Row::number(int column) const {
+    return sqlite3_column_double(stmt, column);
+}
+
 std::optional<double> SQLiteDatabase::Row::real(int column) const {
     if (sqlite3_column_type(stmt, column) == SQLITE_NULL)
         return std::nullopt;

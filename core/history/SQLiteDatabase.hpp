@@ -35,6 +35,7 @@ public:
     public:
         explicit Row(sqlite3_stmt* statement) : stmt(statement) {}
         std::int64_t integer(int column) const; ///< 0 for NULL
+        double number(int column) const;        ///< 0 for NULL
         std::optional<double> real(int column) const;
         std::optional<std::string> text(int column) const;
         std::string_view view(int column) const; ///< the text, empty for NULL; valid as long as the row

@@ -21,32 +21,28 @@ constexpr std::string_view selectTotals =
     "system_samples WHERE bucket >= ?";
 constexpr std::string_view selectEarliest = "SELECT MIN(bucket) FROM system_samples";
 
-double zeroForNull(const SQLiteDatabase::Row& row, int column) {
-    return row.real(column).value_or(0);
-}
-
 SystemRow systemRow(const SQLiteDatabase::Row& row) {
     return {.bucket = row.integer(0),
             .res = row.integer(1),
-            .cpu = zeroForNull(row, 2),
-            .cpuMax = zeroForNull(row, 3),
-            .cpuUser = zeroForNull(row, 4),
-            .cpuSystem = zeroForNull(row, 5),
-            .memUsed = zeroForNull(row, 6),
-            .memUsedMax = zeroForNull(row, 7),
-            .memApp = zeroForNull(row, 8),
-            .memWired = zeroForNull(row, 9),
-            .memCompressed = zeroForNull(row, 10),
-            .memCached = zeroForNull(row, 11),
-            .swapUsed = zeroForNull(row, 12),
-            .pressure = zeroForNull(row, 13),
+            .cpu = row.number(2),
+            .cpuMax = row.number(3),
+            .cpuUser = row.number(4),
+            .cpuSystem = row.number(5),
+            .memUsed = row.number(6),
+            .memUsedMax = row.number(7),
+            .memApp = row.number(8),
+            .memWired = row.number(9),
+            .memCompressed = row.number(10),
+            .memCached = row.number(11),
+            .swapUsed = row.number(12),
+            .pressure = row.number(13),
             .pressureLevelMax = row.real(14).value_or(1),
             .gpu = row.real(15),
             .gpuMax = row.real(16),
-            .diskRead = zeroForNull(row, 17),
-            .diskWrite = zeroForNull(row, 18),
-            .netIn = zeroForNull(row, 19),
-            .netOut = zeroForNull(row, 20),
+            .diskRead = row.number(17),
+            .diskWrite = row.number(18),
+            .netIn = row.number(19),
+            .netOut = row.number(20),
             .batteryPct = row.real(21),
             .powerW = row.real(22),
             .cpuTemp = row.real(23),
@@ -60,16 +56,16 @@ AppRow appRow(const SQLiteDatabase::Row& row) {
     return {.bucket = row.integer(0),
             .res = row.integer(1),
             .appKey = row.text(2).value_or(""),
-            .cpu = zeroForNull(row, 3),
-            .cpuMax = zeroForNull(row, 4),
-            .mem = zeroForNull(row, 5),
-            .memMax = zeroForNull(row, 6),
-            .energyJ = zeroForNull(row, 7),
-            .diskRead = zeroForNull(row, 8),
-            .diskWrite = zeroForNull(row, 9),
-            .netIn = zeroForNull(row, 10),
-            .netOut = zeroForNull(row, 11),
-            .gpu = zeroForNull(row, 12),
+            .cpu = row.number(3),
+            .cpuMax = row.number(4),
+            .mem = row.number(5),
+            .memMax = row.number(6),
+            .energyJ = row.number(7),
+            .diskRead = row.number(8),
+            .diskWrite = row.number(9),
+            .netIn = row.number(10),
+            .netOut = row.number(11),
+            .gpu = row.number(12),
             .samples = row.integer(13)};
 }
 
@@ -99,11 +95,11 @@ std::vector<AppRow> appRows(SQLiteDatabase& database, const std::string& key, st
 
 Totals totals(SQLiteDatabase& database, std::int64_t since) {
     const auto rows = database.query(selectTotals, {since}, [](const SQLiteDatabase::Row& row) {
-        return Totals{.diskRead = zeroForNull(row, 0),
-                      .diskWrite = zeroForNull(row, 1),
-                      .netIn = zeroForNull(row, 2),
-                      .netOut = zeroForNull(row, 3),
-                      .energyWh = zeroForNull(row, 4)};
+        return Totals{.diskRead = row.number(0),
+                      .diskWrite = row.number(1),
+                      .netIn = row.number(2),
+                      .netOut = row.number(3),
+                      .energyWh = row.number(4)};
     });
     return rows.empty() ? Totals() : rows.front();
 }
