@@ -62,9 +62,18 @@ std::unique_ptr<SQLiteDatabase> open(const std::string& path) {
     return database;
 }
 
+std::optional<Identity> identity(const std::string& path) {
+    struct stat facts {};
+    if (::stat(path.c_str(), &facts) != 0)
+        return std::nullopt;
+    return Identity{facts.st_dev, facts.st_ino};
+}
+
 std::unique_ptr<SQLiteDatabase> openToRead(const std::string& path) {
-    return std::make_unique<SQLiteDatabase>(path, isOnReadOnlyGround(path) ? SQLiteDatabase::Mode::immutable
-                                                                           : SQLiteDatabase::Mode::readOnly);
+    auto database = std::make_unique<SQLiteDatabase>(path, isOnReadOnlyGround(path) ? SQLiteDatabase::Mode::immutable
+                                                                                    : SQLiteDatabase::Mode::readOnly);
+    database->execute("SELECT COUNT(*) FROM sqlite_schema;"); // SQLite looks at a file when it is first read
+    return database;
 }
 
 void count(SQLiteDatabase& database, HistoryStatus& status) {

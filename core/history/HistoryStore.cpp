@@ -79,6 +79,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     void open() {
         try {
             db = access == HistoryAccess::readWrite ? HistoryFile::open(path) : HistoryFile::openToRead(path);
+            opened = HistoryFile::identity(path);
         } catch (const SQLiteError& error) {
             openError = error.description;
         }
@@ -133,8 +134,11 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
 
     void flush() {
         if (db && !(pendingSystem.empty() && pendingApps.empty())) {
-            const bool written =
-                write([&](SQLiteDatabase& database) { database.transaction([&] { writePending(database); }); });
+            const bool written = write([&](SQLiteDatabase& database) {
+                if (HistoryFile::identity(path) != opened) // SQLite would go on writing to a file without a name
+                    throw SQLiteError(SQLiteError::Kind::step, "the file was removed or replaced while it was in use");
+                database.transaction([&] { writePending(database); });
+            });
             if (written) {
                 pendingSystem.clear();
                 pendingApps.clear();
@@ -212,7 +216,8 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     const HistoryAccess access;
     const std::function<Date()> now;
 
-    std::unique_ptr<SQLiteDatabase> db; ///< null when it could not be opened; not tried again
+    std::unique_ptr<SQLiteDatabase> db;          ///< null when it could not be opened; not tried again
+    std::optional<HistoryFile::Identity> opened; ///< the one that `db` has open
     std::optional<std::string> openError;
     std::optional<std::string> writeError;
 

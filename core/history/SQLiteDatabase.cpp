@@ -152,7 +152,9 @@ bool SQLiteDatabase::step(sqlite3_stmt* statement) {
     const int code = sqlite3_step(statement);
     if (code == SQLITE_ROW || code == SQLITE_DONE)
         return code == SQLITE_ROW;
-    throw SQLiteError(SQLiteError::Kind::step, message());
+    SQLiteError error(SQLiteError::Kind::step, message());
+    sqlite3_reset(statement); // one that stopped at a lock counts as running, and no transaction could end beside it
+    throw error;              // NOLINT(misc-throw-by-value-catch-by-reference): made before the reset changes the words
 }
 
 std::string SQLiteDatabase::message() const {
