@@ -82,7 +82,7 @@ std::string reason(const std::string& path) {
 } // namespace
 
 std::variant<HistoryLock, HistoryLock::Holder, HistoryLock::Problem> HistoryLock::take(const std::string& folder,
-                                                                                       std::string name) {
+                                                                                       const std::string& name) {
     const std::string path = pathIn(folder);
     constexpr int attempts = 10; // a reader has the lock for a moment
     constexpr std::chrono::milliseconds moment{10};

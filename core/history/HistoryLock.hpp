@@ -25,7 +25,7 @@ public:
     using Problem = std::string;
 
     /// Takes the lock of the history in `folder`, which must exist, for the program called `name`.
-    static std::variant<HistoryLock, Holder, Problem> take(const std::string& folder, std::string name);
+    static std::variant<HistoryLock, Holder, Problem> take(const std::string& folder, const std::string& name);
 
     /// Who holds the lock now; absent when nobody does, whatever a file left behind says. Changes nothing, and keeps no
     /// writer out.
