@@ -18,6 +18,7 @@
 #include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -90,7 +91,12 @@ private:
         if (isEnding)
             return;
         store->ingest(snapshot);
-        store->problem([this](const std::optional<std::string>& problem) { report.take(problem); });
+        // While the store is stuck, questions must not pile up behind its work.
+        if (!isAsking.exchange(true))
+            store->problem([this](const std::optional<std::string>& problem) {
+                isAsking = false;
+                report.take(problem);
+            });
     }
 
     /// Writes what is finished. The file survives it when that takes too long and the program ends in the middle.
@@ -122,6 +128,7 @@ private:
     asio::steady_timer timeLeft{context};
     std::unique_ptr<HistoryStore> store;
     SamplingEngine engine;
+    std::atomic<bool> isAsking = false;
     bool isEnding = false;
 };
 
