@@ -77,6 +77,20 @@ TEST_F(MonitorCommand, goesOnThoughNothingCanBeKept) {
     EXPECT_EQ(run->wait(), 0);
 }
 
+TEST_F(MonitorCommand, endsThoughTheFileIsStuck) {
+    const auto first = monitor();
+    ASSERT_TRUE(first->sees("Keeping the history"));
+    first->signal(SIGTERM);
+    EXPECT_EQ(first->wait(), 0);
+    // Whoever opens the database looks into a journal that is there, and this one never answers.
+    ASSERT_EQ(::mkfifo((data + "/history.sqlite-journal").c_str(), 0600), 0);
+    const auto stuck = monitor();
+    ASSERT_TRUE(stuck->sees("Keeping the history"));
+    stuck->signal(SIGTERM);
+    EXPECT_EQ(stuck->wait(), 0);
+    EXPECT_EQ(HistoryLock::holder(data), std::nullopt);
+}
+
 TEST_F(MonitorCommand, refusesWithoutAFolder) {
     folder.write("below", "a file");
     const auto run = monitor();
