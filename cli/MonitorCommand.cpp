@@ -104,14 +104,12 @@ private:
         isEnding = true;
         engine.stop();
         timeLeft.expires_after(grace);
-        timeLeft.async_wait([](const boost::system::error_code& error) {
+        const auto leave = [](const boost::system::error_code& error, auto...) {
             if (!error)
                 std::_Exit(succeeded);
-        });
-        signals.async_wait([](const boost::system::error_code& error, int) {
-            if (!error)
-                std::_Exit(succeeded);
-        });
+        };
+        timeLeft.async_wait(leave);
+        signals.async_wait(leave);
         // The file is closed over there, too: this thread never waits for a disk.
         store->flush([this] {
             asio::post(storing, [this] {
@@ -122,13 +120,13 @@ private:
     }
 
     ProblemReport report; ///< used on the store's thread
+    std::atomic<bool> isAsking = false;
     asio::io_context context{1};
     asio::thread_pool storing{1};
     asio::signal_set signals{context};
     asio::steady_timer timeLeft{context};
     std::unique_ptr<HistoryStore> store;
     SamplingEngine engine;
-    std::atomic<bool> isAsking = false;
     bool isEnding = false;
 };
 
