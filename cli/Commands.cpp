@@ -43,6 +43,7 @@ int run(int argc, const char* const* argv) {
     addAppsCommand(app, status);
     addWatchCommand(app, status);
     addRecordCommand(app, status);
+    addMonitorCommand(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

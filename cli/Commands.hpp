@@ -19,6 +19,7 @@ void addProcessesCommand(CLI::App& app, int& status);
 void addAppsCommand(CLI::App& app, int& status);
 void addWatchCommand(CLI::App& app, int& status);
 void addRecordCommand(CLI::App& app, int& status);
+void addMonitorCommand(CLI::App& app, int& status);
 
 /// The whole program: parses the arguments, runs the command and answers the exit status.
 int run(int argc, const char* const* argv);

@@ -40,10 +40,10 @@ void addReplayOption(CLI::App& command, Source& source) {
         replay->excludes(interval); // a recording has its own times
 }
 
-void addIntervalOption(CLI::App& command, Source& source) {
+void addIntervalOption(CLI::App& command, Source& source, double most) {
     command.add_option("--interval", source.interval, "Seconds between two readings")
         ->type_name("SECONDS")
-        ->check(within(0.1, 3600))
+        ->check(within(0.1, most))
         ->capture_default_str();
 }
 

@@ -36,8 +36,8 @@ CLI::Validator positiveNumber();
 /// Adds "--replay" to a command; "--interval" then makes no sense, so it goes first.
 void addReplayOption(CLI::App& command, Source& source);
 
-/// Adds "--interval" to a command.
-void addIntervalOption(CLI::App& command, Source& source);
+/// Adds "--interval" to a command, of `most` seconds at the most.
+void addIntervalOption(CLI::App& command, Source& source, double most = 3600);
 
 /// An engine over this machine or over a recording, not yet started, with a demand that has every reading made.
 class Session {

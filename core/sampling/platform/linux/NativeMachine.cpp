@@ -6,6 +6,10 @@
 
 namespace ostrivane {
 
+Platform nativePlatform() {
+    return Platform::Linux;
+}
+
 std::unique_ptr<Machine> nativeMachine() {
     DescriptorLimit::raise(); // ahead of the readers: it decides how much they keep open
     return std::make_unique<LinuxMachine>("/", DescriptorLimit::budget());

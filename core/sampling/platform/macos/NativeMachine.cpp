@@ -5,6 +5,10 @@
 
 namespace ostrivane {
 
+Platform nativePlatform() {
+    return Platform::macOS;
+}
+
 std::unique_ptr<Machine> nativeMachine() {
     return std::make_unique<MacMachine>();
 }
