@@ -126,6 +126,13 @@ std::string power(std::optional<double> watts) {
     return fixed(*watts, *watts >= 10 ? 1 : 2) + " W";
 }
 
+std::string energy(std::optional<double> wattHours) {
+    constexpr double kilo = 1000;
+    if (!wattHours || !std::isfinite(*wattHours))
+        return std::string(unavailable);
+    return *wattHours < kilo ? power(wattHours) + "h" : fixed(*wattHours / kilo, 2) + " kWh";
+}
+
 std::string temperature(std::optional<double> celsius) {
     if (!celsius || !std::isfinite(*celsius))
         return std::string(unavailable);

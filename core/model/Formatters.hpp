@@ -48,6 +48,9 @@ std::string diskRate(std::optional<double> bytesPerSec);
 /// Watts, as "500 mW", "9.50 W" or "12.5 W".
 std::string power(std::optional<double> watts);
 
+/// Watt-hours, as "500 mWh", "9.50 Wh", "12.5 Wh" or "1.25 kWh".
+std::string energy(std::optional<double> wattHours);
+
 /// Degrees Celsius, as "41 °C" or in `temperatureUnit`.
 std::string temperature(std::optional<double> celsius);
 

@@ -130,6 +130,10 @@ TEST_F(FormattersTest, showsPowerAndTemperature) {
     EXPECT_EQ(Formatters::power(1.0), "1.00 W");
     EXPECT_EQ(Formatters::power(9.999), "10.00 W");
     EXPECT_EQ(Formatters::power(10.0), "10.0 W");
+    EXPECT_EQ(Formatters::energy(0.5), "500 mWh");
+    EXPECT_EQ(Formatters::energy(999.0), "999.0 Wh");
+    EXPECT_EQ(Formatters::energy(1250.0), "1.25 kWh");
+    EXPECT_EQ(Formatters::energy(std::nullopt), "Unavailable");
     EXPECT_EQ(Formatters::temperature(std::nullopt), "Unavailable");
     EXPECT_EQ(Formatters::temperature(41.6), "42 °C");
     Formatters::temperatureUnit = TemperatureUnit::fahrenheit;
