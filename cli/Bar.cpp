@@ -1,16 +1,13 @@
 #include "cli/Bar.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <string_view>
 
 namespace ostrivane::cli::Bar {
 
 namespace {
 
 constexpr std::array<std::string_view, 8> eighths{"", "▏", "▎", "▍", "▌", "▋", "▊", "▉"};
-constexpr std::array<std::string_view, 8> heights{"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
 constexpr std::string_view full = "█";
 constexpr std::string_view rest = "·";
 

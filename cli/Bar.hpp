@@ -2,10 +2,15 @@
 
 #include "cli/StyledText.hpp"
 
+#include <array>
 #include <cstddef>
+#include <string_view>
 
 /// Bars of block characters.
 namespace ostrivane::cli::Bar {
+
+/// A character filled from below, an eighth more each.
+inline constexpr std::array<std::string_view, 8> heights{"▁", "▂", "▃", "▄", "▅", "▆", "▇", "█"};
 
 /// A load of 0 to 1 as a bar of `width` columns, exact to an eighth of a column.
 StyledLine load(double fraction, int width);

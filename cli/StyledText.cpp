@@ -7,16 +7,6 @@
 
 namespace ostrivane::cli {
 
-namespace {
-
-std::string padded(std::string_view text, int width) {
-    std::string out(text);
-    out.append(static_cast<std::size_t>(std::max(0, width - Text::columns(text))), ' ');
-    return out;
-}
-
-} // namespace
-
 int columns(const StyledLine& line) {
     int sum = 0;
     for (const Span& span : line)
@@ -31,6 +21,17 @@ std::string plainText(const StyledLine& line) {
     return text;
 }
 
+std::string leftAligned(std::string_view text, int width) {
+    std::string out = Text::fitted(text, width);
+    out.append(static_cast<std::size_t>(std::max(0, width - Text::columns(out))), ' ');
+    return out;
+}
+
+std::string rightAligned(std::string_view text, int width) {
+    const int gap = std::max(0, width - Text::columns(text));
+    return std::string(static_cast<std::size_t>(gap), ' ') + std::string(text);
+}
+
 StyledLine spread(Span left, Span right, int width) {
     left.text = Text::fitted(left.text, std::max(width - Text::columns(right.text) - 1, 1));
     const int gap = width - Text::columns(left.text) - Text::columns(right.text);
@@ -38,7 +39,7 @@ StyledLine spread(Span left, Span right, int width) {
 }
 
 StyledLine labelled(std::string_view label, StyledLine rest) {
-    rest.insert(rest.begin(), Span{padded(label, labelColumns), Style::bold});
+    rest.insert(rest.begin(), Span{leftAligned(label, labelColumns), Style::bold});
     return rest;
 }
 

@@ -22,6 +22,12 @@ int columns(const StyledLine& line);
 /// The line without its styles.
 std::string plainText(const StyledLine& line);
 
+/// `text` in exactly `width` columns, cut where it is longer.
+std::string leftAligned(std::string_view text, int width);
+
+/// `text` at the end of at least `width` columns.
+std::string rightAligned(std::string_view text, int width);
+
 /// `left` and `right` at the two ends of `width` columns; `left` gives way.
 StyledLine spread(Span left, Span right, int width);
 

@@ -102,17 +102,6 @@ std::vector<Column> fittingColumns(UsageSort sort, int width) {
     return fitting;
 }
 
-std::string leftAligned(std::string_view text, int width) {
-    std::string out = Text::fitted(text, width);
-    out.append(static_cast<std::size_t>(std::max(0, width - Text::columns(out))), ' ');
-    return out;
-}
-
-std::string rightAligned(std::string_view text, int width) {
-    const int gap = std::max(0, width - Text::columns(text));
-    return std::string(static_cast<std::size_t>(gap), ' ') + std::string(text);
-}
-
 /// What the order goes by, larger first; absent last.
 double weight(const UsageRow& row, UsageSort sort) {
     constexpr double absent = -1;
