@@ -85,15 +85,19 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         }
     }
 
-    /// What `work(database)` reads; `fallback` without a file, and when SQLite fails.
+    /// What `work(database)` reads; `fallback` without a file, and when SQLite fails. The failure is kept for who asks
+    /// until a read succeeds.
     template <class Result, class Work>
     Result read(Result fallback, Work work) {
         assert(home.running_in_this_thread());
         if (!db)
             return fallback;
         try {
-            return work(*db);
-        } catch (const SQLiteError&) {
+            Result result = work(*db);
+            readError.reset();
+            return result;
+        } catch (const SQLiteError& error) {
+            readError = error.description;
             return fallback;
         }
     }
@@ -219,6 +223,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     std::unique_ptr<SQLiteDatabase> db;          ///< null when it could not be opened; not tried again
     std::optional<HistoryFile::Identity> opened; ///< the one that `db` has open
     std::optional<std::string> openError;
+    std::optional<std::string> readError;
     std::optional<std::string> writeError;
 
     MinuteAccumulator accumulator{resolution};
@@ -257,6 +262,12 @@ void HistoryStore::openError(Answer<std::optional<std::string>> answer) {
 void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
     state->post([answer = std::move(answer)](State& store) {
         tell(answer, store.openError ? store.openError : store.writeError);
+    });
+}
+
+void HistoryStore::readProblem(Answer<std::optional<std::string>> answer) {
+    state->post([answer = std::move(answer)](State& store) {
+        tell(answer, store.openError ? store.openError : store.readError);
     });
 }
 

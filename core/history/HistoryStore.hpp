@@ -63,6 +63,10 @@ public:
     /// Why nothing is being kept now: the failed open, or the last write if it failed. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
+    /// Why the last question has an empty answer though the file may hold one: the failed open, or the read if it
+    /// failed.
+    void readProblem(Answer<std::optional<std::string>> answer);
+
     /// Bytes of the file and its write-ahead log.
     void sizeOnDisk(Answer<std::uint64_t> answer);
 
