@@ -44,6 +44,7 @@ int run(int argc, const char* const* argv) {
     addWatchCommand(app, status);
     addRecordCommand(app, status);
     addMonitorCommand(app, status);
+    addHistoryCommand(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,0 +1,118 @@
+#include "cli/Commands.hpp"
+#include "cli/HistoryCommands.hpp"
+#include "cli/HistoryStatusText.hpp"
+#include "cli/Output.hpp"
+#include "core/history/HistoryLock.hpp"
+#include "core/model/JSON.hpp"
+#include "core/model/Text.hpp"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include <unistd.h>
+
+namespace ostrivane::cli {
+
+namespace {
+
+bool isAgreed(const HistoryPlace& place) {
+    const std::string question = fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends "
+                                             "are removed for good. [y/N] ",
+                                             Text::visible(place.file));
+    std::fwrite(question.data(), 1, question.size(), stderr);
+    std::string answer;
+    std::getline(std::cin, answer);
+    answer = Text::lowered(std::string(Text::trimmed(answer)));
+    return answer == "y" || answer == "yes";
+}
+
+int refuse(std::int64_t pid, const std::string& name) {
+    const std::string writer = name.empty() ? "another program" : name;
+    writeError(pid > 0 ? fmt::format("{} (process {}) keeps this history now; end it first", writer, pid)
+                       : fmt::format("{} keeps this history now; end it first", writer));
+    return failed;
+}
+
+bool isEmpty(const HistoryStatus& status) {
+    return !status.readError && status.resolutions.empty() && status.apps == 0 && status.alerts == 0 &&
+           status.sessions == 0 && status.storageSizes == 0;
+}
+
+/// The lock must be held: a writer would go on from what it has in memory.
+int clearLocked(const HistoryPlace& place, bool asJSON) {
+    HistoryReader history(place, HistoryAccess::readWrite);
+    const auto before = history.status();
+    if (before && before->openError) {
+        writeError(*before->openError);
+        return failed;
+    }
+    history.order([](HistoryStore& store) { store.clearAll(); });
+    using Problem = std::optional<std::string>;
+    const auto problem =
+        history.ask<Problem>([](HistoryStore& store, auto answer) { store.problem(std::move(answer)); });
+    const auto after = history.status();
+    if (!before || !after || !isEmpty(*after)) {
+        writeError("the history could not be deleted: " + problem.value_or("it could not be read afterwards"));
+        return failed;
+    }
+    const Cleared cleared{*before, *after};
+    const Written written = writeOut(asJSON ? JSON::text(cleared) + "\n" : clearedText(cleared));
+    if (problem) {
+        writeError("the file could not be made smaller, and may still hold traces: " + *problem);
+        return failed;
+    }
+    return statusAfter(written);
+}
+
+int clear(bool isAgreedTo, bool asJSON) {
+    if (!isAgreedTo && !::isatty(STDIN_FILENO)) {
+        writeError("there is no terminal to ask on; \"--yes\" deletes without asking");
+        return misused;
+    }
+    const auto place = historyPlace();
+    if (!place)
+        return failed;
+    if (place->problem) {
+        writeError(*place->problem);
+        return failed;
+    }
+    if (!place->exists)
+        return statusAfter(writeOut(noHistoryText(*place)));
+    if (place->writer)
+        return refuse(place->writer->pid, place->writer->name);
+    if (!isAgreedTo && !isAgreed(*place))
+        return statusAfter(writeOut("Nothing was deleted.\n"));
+    const auto lock = HistoryLock::take(place->folder, "ostrivanectl history clear");
+    if (const auto* holder = std::get_if<HistoryLock::Holder>(&lock))
+        return refuse(holder->pid, holder->name);
+    if (const auto* problem = std::get_if<HistoryLock::Problem>(&lock)) {
+        writeError(*problem);
+        return failed;
+    }
+    return clearLocked(*place, asJSON);
+}
+
+} // namespace
+
+void addHistoryClearCommand(CLI::App& history, int& status) {
+    struct Request {
+        bool isAgreedTo = false;
+        bool asJSON = false;
+    };
+    auto request = std::make_shared<Request>();
+    CLI::App* command = history.add_subcommand("clear", "Delete all history");
+    command->add_flag("--yes", request->isAgreedTo, "Do not ask");
+    command->add_flag("--json", request->asJSON, "Print what the file held before and holds now as JSON");
+    command->callback([request, &status] { status = clear(request->isAgreedTo, request->asJSON); });
+}
+
+} // namespace ostrivane::cli
