@@ -17,7 +17,8 @@ namespace {
 
 constexpr std::int64_t hour = 3600;
 constexpr std::int64_t day = 86400;
-constexpr int mostSpansARun = 12; ///< so that the first run over an old file takes hardly longer for them
+constexpr std::int64_t mostDays = 4000; ///< that sums are made of
+constexpr int mostSpansARun = 12;       ///< so that the first run over an old file takes hardly longer for them
 
 constexpr std::string_view insertSums =
     "INSERT OR REPLACE INTO app_sums SELECT ?, app_key, SUM(cpu * res), MAX(mem_max), SUM(mem * res), SUM(energy_j), "
@@ -25,6 +26,7 @@ constexpr std::string_view insertSums =
     "bucket "
     "< ? GROUP BY app_key";
 constexpr std::string_view insertSpan = "INSERT INTO app_sum_spans VALUES(?,?,?)";
+constexpr std::string_view selectTable = "SELECT 1 FROM sqlite_schema WHERE name = 'app_sum_spans'";
 constexpr std::string_view selectSpans = "SELECT start, end FROM app_sum_spans WHERE start >= ? ORDER BY start";
 constexpr std::string_view selectLastSpan =
     "SELECT start, end FROM app_sum_spans WHERE start <= ? ORDER BY start DESC LIMIT 1";
@@ -79,10 +81,17 @@ void add(SumsByKey& sums, SQLiteDatabase& database, std::string_view statement, 
     });
 }
 
+/// The spans that have sums; none in a file that no writer has opened since they were thought of.
+std::vector<Span> keptSpans(SQLiteDatabase& database, std::int64_t since) {
+    if (database.query(selectTable, {}, [](const SQLiteDatabase::Row&) { return true; }).empty())
+        return {};
+    return database.query(selectSpans, {since}, span);
+}
+
 SumsByKey sumsSince(SQLiteDatabase& database, std::int64_t since) {
     SumsByKey sums;
     std::int64_t from = since;
-    for (const Span& kept : database.query(selectSpans, {since}, span)) {
+    for (const Span& kept : keptSpans(database, since)) {
         if (kept.start > from)
             add(sums, database, selectRows, {from, kept.start - 1});
         add(sums, database, selectSums, {kept.start});
@@ -132,7 +141,8 @@ std::vector<Span> wanted(std::int64_t earliest, std::int64_t now) {
         if (!divides(minutesFrom) && !divides(quartersFrom) && !divides(earliest))
             list.push_back(candidate);
     };
-    std::int64_t start = earliest / day * day;
+    // Of a row from a time when the clock was years off, its own time has no sums.
+    std::int64_t start = std::max(earliest, now - mostDays * day) / day * day;
     for (; start + day <= minutesFrom; start += day)
         take({start, start + day});
     for (; start + hour <= now; start += hour)
@@ -179,7 +189,7 @@ void rowsCoarsened(SQLiteDatabase& database, std::int64_t res, std::int64_t alig
 }
 
 void rowsDeleted(SQLiteDatabase& database, std::int64_t cutoff) {
-    drop(database, "start < ? AND start < ?", cutoff, cutoff);
+    drop(database, "start >= ? AND start < ?", std::numeric_limits<std::int64_t>::min(), cutoff);
 }
 
 void refresh(SQLiteDatabase& database, std::int64_t now) {

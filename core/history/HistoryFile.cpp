@@ -25,8 +25,8 @@ void makeOwnersOnly(const std::string& path) {
         return;
     }
     struct stat facts {};
-    if (::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && (facts.st_mode & 0777U) != ownersOnly)
-        ::chmod(path.c_str(), ownersOnly);
+    if (::stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode) && (facts.st_mode & 0777U & ~ownersOnly) != 0)
+        ::chmod(path.c_str(), facts.st_mode & ownersOnly);
 }
 
 /// A file whose folder cannot be written has no place for the locks of readers; without a write-ahead log nobody
@@ -72,6 +72,7 @@ std::optional<Identity> identity(const std::string& path) {
 std::unique_ptr<SQLiteDatabase> openToRead(const std::string& path) {
     auto database = std::make_unique<SQLiteDatabase>(path, isOnReadOnlyGround(path) ? SQLiteDatabase::Mode::immutable
                                                                                     : SQLiteDatabase::Mode::readOnly);
+    database->execute("PRAGMA busy_timeout=2000;"); // a writer that begins or ends holds the file for a moment
     database->execute("SELECT COUNT(*) FROM sqlite_schema;"); // SQLite looks at a file when it is first read
     return database;
 }

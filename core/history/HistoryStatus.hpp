@@ -26,7 +26,7 @@ struct HistoryStatus {
     std::string path;
     std::optional<std::string> openError;  ///< why it could not be opened; everything below is empty then
     std::optional<std::string> readError;  ///< why it could not be read to the end; what was read before stands below
-    std::optional<std::string> writeError; ///< why the last write failed; absent once one succeeds
+    std::optional<std::string> writeError; ///< why the last write, or the last maintenance, failed
     std::uint64_t fileSize = 0;            ///< bytes, its write-ahead log included
     std::optional<Date> earliest;          ///< start of the oldest bucket
     std::optional<Date> latest;            ///< start of the newest bucket

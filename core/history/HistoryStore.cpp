@@ -102,21 +102,28 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         }
     }
 
-    /// Runs `work(database)`, which writes; false when it failed, or there is no file. The failure is kept for who asks
-    /// until a write succeeds.
+    /// Runs `work(database)`, which writes; false when it failed, or there is no file. The failure is kept in `error`
+    /// for who asks, until such a write succeeds.
     template <class Work>
-    bool write(Work work) {
+    bool write(std::optional<std::string>& error, Work work) {
         assert(home.running_in_this_thread());
         if (!db)
             return false;
         try {
+            if (HistoryFile::identity(path) != opened) // SQLite would go on writing to a file without a name
+                throw SQLiteError(SQLiteError::Kind::step, "the file was removed or replaced while it was in use");
             work(*db);
-            writeError.reset();
+            error.reset();
             return true;
-        } catch (const SQLiteError& error) {
-            writeError = error.description;
+        } catch (const SQLiteError& failure) {
+            error = failure.description;
             return false;
         }
+    }
+
+    template <class Work>
+    bool write(Work work) {
+        return write(writeError, std::move(work));
     }
 
     void ingest(const SystemSnapshot& snapshot) {
@@ -138,11 +145,8 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
 
     void flush() {
         if (db && !(pendingSystem.empty() && pendingApps.empty())) {
-            const bool written = write([&](SQLiteDatabase& database) {
-                if (HistoryFile::identity(path) != opened) // SQLite would go on writing to a file without a name
-                    throw SQLiteError(SQLiteError::Kind::step, "the file was removed or replaced while it was in use");
-                database.transaction([&] { writePending(database); });
-            });
+            const bool written =
+                write([&](SQLiteDatabase& database) { database.transaction([&] { writePending(database); }); });
             if (written) {
                 pendingSystem.clear();
                 pendingApps.clear();
@@ -179,28 +183,33 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         if (!db)
             return;
         lastMaintenance = date; // first of all: a run that fails waits as long as a good one
-        write([&](SQLiteDatabase& database) { Retention::maintain(database, wholeSeconds(date), retentionDays); });
+        write(maintenanceError,
+              [&](SQLiteDatabase& database) { Retention::maintain(database, wholeSeconds(date), retentionDays); });
     }
 
     void clearAll() {
         if (!db)
             return;
-        const bool cleared = write(HistoryFile::clear);
-        const std::optional<std::string> reason = writeError;
-        write(HistoryFile::compact);
-        if (!cleared)
-            writeError = reason;
+        std::optional<std::string> ignored; // space that is not given back stays in the file, for new rows
+        write(HistoryFile::clear);
+        write(ignored, HistoryFile::compact);
         pendingSystem.clear();
         pendingApps.clear();
         knownApps.clear();
         accumulator = MinuteAccumulator(resolution);
     }
 
+    std::optional<std::string> problem() const {
+        if (openError)
+            return openError;
+        return writeError ? writeError : maintenanceError;
+    }
+
     HistoryStatus status() {
         HistoryStatus status;
         status.path = path;
         status.openError = openError;
-        status.writeError = writeError;
+        status.writeError = writeError ? writeError : maintenanceError;
         status.retentionDays = retentionDays;
         status.pendingSystem = static_cast<std::int64_t>(pendingSystem.size());
         status.pendingApps = static_cast<std::int64_t>(pendingApps.size());
@@ -224,7 +233,8 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     std::optional<HistoryFile::Identity> opened; ///< the one that `db` has open
     std::optional<std::string> openError;
     std::optional<std::string> readError;
-    std::optional<std::string> writeError;
+    std::optional<std::string> writeError;       ///< of the last write
+    std::optional<std::string> maintenanceError; ///< of the last maintenance
 
     MinuteAccumulator accumulator{resolution};
     std::vector<SystemRow> pendingSystem; ///< finished rows that are not written yet
@@ -260,9 +270,7 @@ void HistoryStore::openError(Answer<std::optional<std::string>> answer) {
 }
 
 void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
-    state->post([answer = std::move(answer)](State& store) {
-        tell(answer, store.openError ? store.openError : store.writeError);
-    });
+    state->post([answer = std::move(answer)](State& store) { tell(answer, store.problem()); });
 }
 
 void HistoryStore::readProblem(Answer<std::optional<std::string>> answer) {

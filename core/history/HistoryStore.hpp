@@ -25,7 +25,7 @@ namespace ostrivane {
 
 enum class HistoryAccess {
     readWrite, ///< makes the file and its tables where they are missing
-    readOnly   ///< beside a writer in another process; changes nothing, and writes fail
+    readOnly   ///< beside a writer in another process; changes no row, and writes fail
 };
 
 struct HistoryOptions {
@@ -47,7 +47,8 @@ public:
     static constexpr std::int64_t defaultRetentionDays = 30;
 
     /// Opens the file as the first of its operations. The folder of `path` must exist.
-    /// `executor` must outlive the store; what is still queued there when the store goes is dropped.
+    /// `executor` must outlive the store; what is still queued there when the store goes is dropped, answers too: who
+    /// needs it done waits for a `flush`.
     HistoryStore(const boost::asio::any_io_executor& executor, std::string path, HistoryOptions options = {});
     ~HistoryStore();
     HistoryStore(const HistoryStore&) = delete;
@@ -60,7 +61,8 @@ public:
     /// SQLite's words about the failed open.
     void openError(Answer<std::optional<std::string>> answer);
 
-    /// Why nothing is being kept now: the failed open, or the last write if it failed. Costs nothing to ask.
+    /// What stands in the way of keeping the history now: the failed open, or the last write or maintenance if it
+    /// failed. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
     /// Why the last question has an empty answer though the file may hold one: the failed open, or the read if it
@@ -76,7 +78,7 @@ public:
     /// Adds a snapshot to the minute under way; writes and tidies when it is time.
     void ingest(SharedSnapshot snapshot);
 
-    /// Writes the minutes that are finished. `done` is called in any case.
+    /// Writes the minutes that are finished. `done` is called whether it could or not.
     void flush(Done done = {});
 
     /// Coarsens and deletes old rows.

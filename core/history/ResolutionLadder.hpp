@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 namespace ostrivane {
 
@@ -16,7 +17,7 @@ inline constexpr RollUpStep quartersToHours{.from = 900, .to = 3600, .age = 6048
 
 /// Where the coarser rows end at `now`, both in seconds since 1970: only whole buckets of theirs are made.
 constexpr std::int64_t alignedCut(std::int64_t now, const RollUpStep& step) {
-    return (now - step.age) / step.to * step.to;
+    return now < std::numeric_limits<std::int64_t>::min() + step.age ? now : (now - step.age) / step.to * step.to;
 }
 
 } // namespace ostrivane
