@@ -190,26 +190,23 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     void clearAll() {
         if (!db)
             return;
-        std::optional<std::string> ignored; // space that is not given back stays in the file, for new rows
-        write(HistoryFile::clear);
-        write(ignored, HistoryFile::compact);
+        const bool isCleared = write(HistoryFile::clear);
+        std::optional<std::string> compactError; // the file may still hold traces then
+        write(compactError, HistoryFile::compact);
+        if (isCleared)
+            writeError = compactError;
         pendingSystem.clear();
         pendingApps.clear();
         knownApps.clear();
         accumulator = MinuteAccumulator(resolution);
     }
 
-    std::optional<std::string> problem() const {
-        if (openError)
-            return openError;
-        return writeError ? writeError : maintenanceError;
-    }
-
     HistoryStatus status() {
         HistoryStatus status;
         status.path = path;
         status.openError = openError;
-        status.writeError = writeError ? writeError : maintenanceError;
+        status.writeError = writeError;
+        status.maintenanceError = maintenanceError;
         status.retentionDays = retentionDays;
         status.pendingSystem = static_cast<std::int64_t>(pendingSystem.size());
         status.pendingApps = static_cast<std::int64_t>(pendingApps.size());
@@ -270,7 +267,9 @@ void HistoryStore::openError(Answer<std::optional<std::string>> answer) {
 }
 
 void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
-    state->post([answer = std::move(answer)](State& store) { tell(answer, store.problem()); });
+    state->post([answer = std::move(answer)](State& store) {
+        tell(answer, store.openError ? store.openError : store.writeError);
+    });
 }
 
 void HistoryStore::readProblem(Answer<std::optional<std::string>> answer) {

@@ -61,8 +61,7 @@ public:
     /// SQLite's words about the failed open.
     void openError(Answer<std::optional<std::string>> answer);
 
-    /// What stands in the way of keeping the history now: the failed open, or the last write or maintenance if it
-    /// failed. Costs nothing to ask.
+    /// Why nothing is being kept now: the failed open, or the last write if it failed. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
     /// Why the last question has an empty answer though the file may hold one: the failed open, or the read if it

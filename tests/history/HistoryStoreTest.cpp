@@ -5,8 +5,16 @@
 
 #include <gtest/gtest.h>
 
+#include <boost/asio/thread_pool.hpp>
+
+#include <atomic>
 #include <cmath>
+#include <future>
 #include <limits>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
 
 #include <sys/stat.h>
 
@@ -124,6 +132,60 @@ TEST_F(HistoryStoreTest, namesAnApplicationAnewInTheNextRunAndKeepsItsIdentifier
     EXPECT_EQ(name("exe:two"), "Third");
     const auto top = harness.topApps();
     EXPECT_EQ(top.at(1).bundleID, "First");
+}
+
+TEST_F(HistoryStoreTest, tidiesAtItsFirstSnapshotAndOnceAnHour) {
+    harness.store->setRetention(0); // a day at least
+    const auto rowOfAge = [&](double days) {
+        file().execute("INSERT OR REPLACE INTO system_samples(bucket, res) VALUES(" +
+                       std::to_string(static_cast<std::int64_t>(harness.now.seconds - days * 86400)) + ", 3600);");
+    };
+    harness.now = Date{start};
+    rowOfAge(0.9);
+    rowOfAge(1.1);
+    EXPECT_EQ(stored("system_samples"), 2);
+    tick(start);
+    EXPECT_EQ(stored("system_samples"), 1) << "the older one went at the first snapshot";
+    tick(start + 1);
+    rowOfAge(1.1);
+    tick(start + 3590);
+    EXPECT_EQ(stored("system_samples WHERE res = 3600"), 2);
+    tick(start + 3600);
+    EXPECT_EQ(stored("system_samples WHERE res = 3600"), 1);
+}
+
+TEST_F(HistoryStoreTest, doesNotFillMemoryWithSnapshotsThatWait) {
+    harness.now = Date{start};
+    harness.open();
+    for (int second = 0; second < 300; ++second) // while the store is busy
+        harness.store->ingest(std::make_shared<SystemSnapshot>(snapshotAt(start + second / 10.0)));
+    harness.run();
+    harness.ingest(snapshotAt(start + 60)); // there is room again
+    ASSERT_EQ(harness.systemRows().size(), 1U);
+    EXPECT_EQ(harness.systemRows()[0].samples, 128);
+}
+
+TEST_F(HistoryStoreTest, answersManyThreadsInTheOrderOfEach) {
+    boost::asio::thread_pool pool(3);
+    std::atomic<int> inOrder = 0;
+    {
+        HistoryStore store(pool.get_executor(), folder.file("shared.sqlite"));
+        std::vector<std::thread> askers;
+        for (int asker = 0; asker < 4; ++asker)
+            askers.emplace_back([&] {
+                auto last = std::make_shared<std::int64_t>(0);
+                for (int alert = 0; alert < 50; ++alert)
+                    store.recordAlert(Date{1}, "rule", "info", "title", "body", std::nullopt,
+                                      [&, last](std::int64_t id) { inOrder += id > std::exchange(*last, id) ? 1 : 0; });
+            });
+        for (std::thread& asker : askers)
+            asker.join();
+        std::promise<void> flushed;
+        store.flush([&] { flushed.set_value(); });
+        flushed.get_future().wait();
+    } // it goes while its executor lives on
+    pool.join();
+    EXPECT_EQ(inOrder, 200);
 }
 
 TEST_F(HistoryStoreTest, writesAgainAfterTheClockWasSetBack) {
