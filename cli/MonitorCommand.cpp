@@ -34,25 +34,26 @@ namespace {
 
 namespace asio = boost::asio;
 
-constexpr std::chrono::seconds grace{2}; ///< for the last write
+constexpr std::chrono::seconds grace{2};     ///< for the last write
+constexpr std::chrono::seconds patience{60}; ///< before the history is begun once more
 
-/// Says once when something begins to stand in the way of keeping the history, and once when it has passed.
-class ProblemReport {
-public:
-    explicit ProblemReport(const HistoryLock& held) : lock(held) {}
+std::string refusal(const HistoryLock::Holder& holder) {
+    if (holder.pid == 0)
+        return "Another program keeps the history.";
+    return fmt::format("Another program keeps the history: {} (process {}).", holder.name, holder.pid);
+}
 
-    void take(const std::optional<std::string>& problem) {
-        if (problem == told)
-            return;
-        told = problem;
-        lock.note(problem.value_or(""));
-        writeError(problem ? "The history is not being kept: " + *problem : "The history is being kept again.");
-    }
-
-private:
-    const HistoryLock& lock;
-    std::optional<std::string> told;
-};
+/// The place of the history, made and locked, or why it is not.
+std::variant<HistoryLock, std::string> claim(const std::string& folder) {
+    if (auto problem = UserFolders::makeDataDirectory(folder))
+        return *problem;
+    auto taken = HistoryLock::take(folder, "ostrivanectl monitor");
+    if (auto* lock = std::get_if<HistoryLock>(&taken))
+        return std::move(*lock);
+    if (const auto* holder = std::get_if<HistoryLock::Holder>(&taken))
+        return refusal(*holder);
+    return std::get<HistoryLock::Problem>(taken);
+}
 
 /// What whoever started the program had it ignore stays ignored: "nohup" is such a wish.
 bool isIgnored(int signal) {
@@ -64,10 +65,11 @@ bool isIgnored(int signal) {
 /// its own, so that a slow disk holds up neither.
 class MonitorRun {
 public:
-    MonitorRun(const HistoryLock& lock, std::string file, double interval)
-        : report(lock), store(std::make_unique<HistoryStore>(storing.get_executor(), std::move(file))),
+    MonitorRun(std::string where, HistoryLock held, double interval)
+        : folder(std::move(where)), lock(std::move(held)),
           engine(context.get_executor(), std::make_unique<MachineCollectors>(nativeMachine()),
                  nativeClock(context.get_executor())) {
+        openStore();
         engine.setSettings({.backgroundInterval = interval});
         for (const int signal : {SIGTERM, SIGINT, SIGHUP})
             if (!isIgnored(signal))
@@ -83,20 +85,58 @@ public:
         engine.addConsumer([this](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) { keep(snapshot); });
         engine.start();
         context.run();
-        return succeeded;
+        return status;
     }
 
 private:
+    void openStore() {
+        store = std::make_unique<HistoryStore>(storing.get_executor(),
+                                               fmt::format("{}/{}", folder, UserFolders::historyFile));
+        opened = std::chrono::steady_clock::now();
+    }
+
     void keep(const SharedSnapshot& snapshot) {
         if (isEnding)
             return;
         store->ingest(snapshot);
-        // While the store is stuck, questions must not pile up behind its work.
-        if (!isAsking.exchange(true))
-            store->problem([this](const std::optional<std::string>& problem) {
+        if (isAsking) // the store is stuck: questions must not pile up behind its work
+            return;
+        isAsking = true;
+        store->problem([this](std::optional<std::string> problem) {
+            asio::post(context, [this, problem = std::move(problem)] { report(problem); });
+        });
+        store->isLost([this](bool isLost) {
+            asio::post(context, [this, isLost] {
                 isAsking = false;
-                report.take(problem);
+                if (isLost && std::chrono::steady_clock::now() - opened >= patience)
+                    begin();
             });
+        });
+    }
+
+    /// Says once when something begins to stand in the way of keeping the history, and once when it has passed.
+    void report(const std::optional<std::string>& problem) {
+        if (problem == told || isEnding)
+            return;
+        told = problem;
+        if (lock)
+            lock->note(problem.value_or(""));
+        writeError(problem ? "The history is not being kept: " + *problem : "The history is being kept again.");
+    }
+
+    /// Begins the history once more, where the file could not be opened or is gone.
+    void begin() {
+        if (isEnding)
+            return;
+        opened = std::chrono::steady_clock::now();
+        lock.reset(); // it may lie in a folder that is gone
+        auto claimed = claim(folder);
+        if (const auto* problem = std::get_if<std::string>(&claimed))
+            return report(*problem);
+        lock.emplace(std::move(std::get<HistoryLock>(claimed)));
+        asio::post(storing,
+                   [gone = std::move(store)] {}); // it is closed over there: this thread never waits for a disk
+        openStore();
     }
 
     /// Writes what is finished. The file survives it when that takes too long and the program ends in the middle.
@@ -104,37 +144,47 @@ private:
         isEnding = true;
         engine.stop();
         timeLeft.expires_after(grace);
-        const auto leave = [](const boost::system::error_code& error, auto...) {
+        timeLeft.async_wait([](const boost::system::error_code& error) {
+            if (error)
+                return;
+            writeError("The last minutes may not be written: the file cannot be reached.");
+            std::_Exit(failed);
+        });
+        signals.async_wait([](const boost::system::error_code& error, int) {
             if (!error)
-                std::_Exit(succeeded);
-        };
-        timeLeft.async_wait(leave);
-        signals.async_wait(leave);
-        // The file is closed over there, too: this thread never waits for a disk.
-        store->flush([this] {
-            asio::post(storing, [this] {
+                std::_Exit(failed);
+        });
+        store->flush();
+        store->problem([this](std::optional<std::string> problem) {
+            asio::post(storing, [this, problem = std::move(problem)] {
                 store.reset();
-                asio::post(storing, [this] { asio::post(context, [this] { context.stop(); }); });
+                asio::post(storing, [this, problem] { asio::post(context, [this, problem] { leave(problem); }); });
             });
         });
     }
 
-    ProblemReport report; ///< used on the store's thread
-    std::atomic<bool> isAsking = false;
+    void leave(const std::optional<std::string>& problem) {
+        if (problem) {
+            writeError("The last minutes are not written: " + *problem);
+            status = failed;
+        }
+        context.stop();
+    }
+
+    const std::string folder;
+    std::optional<HistoryLock> lock;
     asio::io_context context{1};
     asio::thread_pool storing{1};
     asio::signal_set signals{context};
     asio::steady_timer timeLeft{context};
     std::unique_ptr<HistoryStore> store;
+    std::chrono::steady_clock::time_point opened;
     SamplingEngine engine;
+    std::optional<std::string> told; ///< the problem that was reported last
+    bool isAsking = false;
     bool isEnding = false;
+    int status = succeeded;
 };
-
-std::string refusal(const HistoryLock::Holder& holder) {
-    if (holder.pid == 0)
-        return "Another program keeps the history.";
-    return fmt::format("Another program keeps the history: {} (process {}).", holder.name, holder.pid);
-}
 
 int monitor(double interval) {
     const auto folder = UserFolders::dataDirectory();
@@ -142,21 +192,12 @@ int monitor(double interval) {
         writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one.");
         return failed;
     }
-    if (const auto problem = UserFolders::makeDataDirectory(*folder)) {
+    auto claimed = claim(*folder);
+    if (const auto* problem = std::get_if<std::string>(&claimed)) {
         writeError(*problem);
         return failed;
     }
-    const auto taken = HistoryLock::take(*folder, "ostrivanectl monitor");
-    if (const auto* holder = std::get_if<HistoryLock::Holder>(&taken)) {
-        writeError(refusal(*holder));
-        return failed;
-    }
-    if (const auto* problem = std::get_if<HistoryLock::Problem>(&taken)) {
-        writeError(*problem);
-        return failed;
-    }
-    const std::string file = fmt::format("{}/{}", *folder, UserFolders::historyFile);
-    return MonitorRun(std::get<HistoryLock>(taken), file, interval).run();
+    return MonitorRun(*folder, std::move(std::get<HistoryLock>(claimed)), interval).run();
 }
 
 } // namespace

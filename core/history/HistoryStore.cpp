@@ -110,7 +110,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         if (!db)
             return false;
         try {
-            if (HistoryFile::identity(path) != opened) // SQLite would go on writing to a file without a name
+            if (isLost()) // SQLite would go on writing to a file without a name
                 throw SQLiteError(SQLiteError::Kind::step, "the file was removed or replaced while it was in use");
             work(*db);
             error.reset();
@@ -125,6 +125,8 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     bool write(Work work) {
         return write(writeError, std::move(work));
     }
+
+    bool isLost() const { return !db || HistoryFile::identity(path) != opened; }
 
     void ingest(const SystemSnapshot& snapshot) {
         if (!db)
@@ -270,6 +272,10 @@ void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
     state->post([answer = std::move(answer)](State& store) {
         tell(answer, store.openError ? store.openError : store.writeError);
     });
+}
+
+void HistoryStore::isLost(Answer<bool> answer) {
+    state->post([answer = std::move(answer)](State& store) { tell(answer, store.isLost()); });
 }
 
 void HistoryStore::readProblem(Answer<std::optional<std::string>> answer) {

@@ -64,6 +64,10 @@ public:
     /// Why nothing is being kept now: the failed open, or the last write if it failed. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
+    /// Whether nothing will ever be kept here: it could not be opened, or its file was removed or replaced. Another
+    /// store on the same path may do better.
+    void isLost(Answer<bool> answer);
+
     /// Why the last question has an empty answer though the file may hold one: the failed open, or the read if it
     /// failed.
     void readProblem(Answer<std::optional<std::string>> answer);
