@@ -1,11 +1,14 @@
 #include "core/model/Formatters.hpp"
 
+#include "core/model/Date.hpp"
+
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <ctime>
 #include <limits>
 
 namespace ostrivane::Formatters {
@@ -16,6 +19,9 @@ using UnitNames = std::array<std::string_view, 4>;
 constexpr UnitNames byteRates{"B/s", "KB/s", "MB/s", "GB/s"};
 constexpr UnitNames bitRates{"bps", "Kbps", "Mbps", "Gbps"};
 constexpr std::array<std::string_view, 6> memoryUnits{"B", "KB", "MB", "GB", "TB", "PB"};
+
+constexpr std::array<std::string_view, 12> months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 constexpr int maxDecimals = 17; // more would only spell out how a double rounds
 
@@ -96,6 +102,10 @@ std::string decimal(double value, int decimals) {
     return std::isfinite(value) ? fixed(value, decimals) : std::string(dash);
 }
 
+std::string whole(double value) {
+    return decimal(std::trunc(value) + 0.0, 0); // the sum makes 0 of "-0"
+}
+
 std::string bytes(double count, std::optional<int> decimals) {
     if (!std::isfinite(count))
         return std::string(dash);
@@ -165,6 +175,18 @@ std::string minutes(std::optional<std::int64_t> count) {
     if (!count)
         return std::string(dash);
     return *count < 60 ? fmt::format("{} min", *count) : fmt::format("{}h {}m", *count / 60, *count % 60);
+}
+
+std::string day(Date date) {
+    constexpr double farthest = 1e11; // three thousand years from now
+    if (!(std::abs(date.seconds) < farthest))
+        return std::string(dash);
+    const auto seconds = static_cast<std::time_t>(std::floor(date.seconds));
+    std::tm local{};
+    if (!localtime_r(&seconds, &local))
+        return std::string(dash);
+    return fmt::format("{} {}, {}", months[static_cast<std::size_t>(local.tm_mon)], local.tm_mday,
+                       local.tm_year + 1900);
 }
 
 std::string storage(std::uint64_t bytes) {

@@ -9,6 +9,10 @@
 #include <string>
 #include <string_view>
 
+namespace ostrivane {
+struct Date;
+}
+
 /// The one place where figures become the words that a person reads. English, with a point, in every locale. A figure
 /// that is not finite reads as one that is absent.
 namespace ostrivane::Formatters {
@@ -31,6 +35,9 @@ std::string percent(std::optional<double> fraction, int decimals = 0);
 
 /// A bare figure with that many decimals, as "1.42".
 std::string decimal(double value, int decimals);
+
+/// A figure without its fraction, as "1450" for 1450.9.
+std::string whole(double value);
 
 /// An amount of memory, as "1.50 MB" of 1024 × 1024 bytes. Without `decimals` about three digits are shown.
 std::string bytes(double count, std::optional<int> decimals = std::nullopt);
@@ -59,6 +66,9 @@ std::string duration(double seconds);
 
 /// Minutes as "59 min" or "1h 0m".
 std::string minutes(std::optional<std::int64_t> count);
+
+/// The day of an instant, where the person is, as "Nov 21, 2026".
+std::string day(Date date);
 
 /// The size of a file or a volume, as "1.23 GB" of 1000 × 1000 × 1000 bytes. The same wording on every system.
 std::string storage(std::uint64_t bytes);

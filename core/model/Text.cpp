@@ -72,6 +72,10 @@ int columnsOf(UChar32 character) {
     return width == U_EA_WIDE || width == U_EA_FULLWIDTH ? 2 : 1;
 }
 
+char loweredASCII(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
 bool isPlain(std::string_view text) {
     for (const char c : text)
         if (c < ' ' || c > '~')
@@ -151,9 +155,7 @@ std::string lowered(std::string text) {
     const bool isASCII =
         std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
     if (isASCII || text.size() > std::numeric_limits<std::int32_t>::max()) { // ICU counts in 32 bits
-        for (char& c : text)
-            if (c >= 'A' && c <= 'Z')
-                c = static_cast<char>(c - 'A' + 'a');
+        std::ranges::transform(text, text.begin(), loweredASCII);
         return text;
     }
     const auto size = static_cast<std::int32_t>(text.size());
@@ -162,6 +164,11 @@ std::string lowered(std::string text) {
     UErrorCode status = U_ZERO_ERROR;
     icu::CaseMap::utf8ToLower("", 0, {text.data(), size}, sink, nullptr, status);
     return U_SUCCESS(status) ? out : text;
+}
+
+bool containsCaseless(std::string_view text, std::string_view word) {
+    const auto isSame = [](char c, char lower) { return loweredASCII(c) == lower; };
+    return std::search(text.begin(), text.end(), word.begin(), word.end(), isSame) != text.end();
 }
 
 std::string visible(std::string_view text) {

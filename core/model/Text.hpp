@@ -42,6 +42,9 @@ std::string repaired(std::string_view text);
 /// the Kelvin sign becomes "k". Bytes that are no UTF-8 stay. Text of ASCII alone is changed in place.
 std::string lowered(std::string text);
 
+/// Whether `word`, some ASCII in lower case, stands anywhere in `text`, in capitals or not.
+bool containsCaseless(std::string_view text, std::string_view word);
+
 /// `text`, valid UTF-8, with control and format characters made visible, so that a name can neither move the cursor nor
 /// hide what it says: a control character as its picture (U+2400 and on), a format character as "<U+202E>".
 std::string visible(std::string_view text);
