@@ -2,6 +2,7 @@
 
 #include "core/history/SQLValue.hpp"
 #include "core/history/SQLiteError.hpp"
+#include "core/model/TextHash.hpp"
 
 #include <boost/unordered/unordered_flat_map.hpp>
 
@@ -84,10 +85,6 @@ private:
     };
     struct Finalize {
         void operator()(sqlite3_stmt* statement) const;
-    };
-    struct TextHash {
-        using is_transparent = void; // NOLINT(readability-identifier-naming): the library's name
-        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
     };
     using Statement = std::unique_ptr<sqlite3_stmt, Finalize>;
 

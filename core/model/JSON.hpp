@@ -80,6 +80,12 @@ concept Instant = Described<T> && requires(T value) {
     { value.seconds } -> std::same_as<double&>;
 } && sizeof(T) == sizeof(double);
 
+/// A record that is not read unless each of its members is there: `static constexpr bool allMembersRequired = true`.
+template <class T>
+constexpr bool needsEveryMember = requires {
+    requires T::allMembersRequired;
+};
+
 /// Appends the JSON of `value` to `out`.
 template <class T>
 void write(std::string& out, const T& value) {
@@ -146,7 +152,7 @@ std::string text(const T& value) {
 
 /// Reads a value of the type `T`. A member that is missing keeps its default, one that the record does not know is
 /// passed over; so older and newer files both read. Absent when a value is of the wrong kind, out of range or no known
-/// case.
+/// case, and when a record lacks a member that it needs.
 template <class T>
 std::optional<T> read(const boost::json::value& json) {
     if constexpr (std::is_same_v<T, bool>) {
@@ -219,8 +225,10 @@ std::optional<T> read(const boost::json::value& json) {
         boost::mp11::mp_for_each<MembersOf<T>>([&](auto member) {
             using Member = std::remove_cvref_t<decltype(record.*member.pointer)>;
             const boost::json::value* field = whole ? json.get_object().if_contains(member.name) : nullptr;
-            if (!field)
+            if (!field) {
+                whole = whole && !needsEveryMember<T>;
                 return;
+            }
             if (auto value = read<Member>(*field))
                 record.*member.pointer = *std::move(value);
             else

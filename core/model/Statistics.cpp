@@ -5,6 +5,19 @@
 
 namespace ostrivane::Statistics {
 
+std::optional<double> mean(std::span<const TimedValue> points) {
+    if (points.empty())
+        return std::nullopt;
+    double sum = 0;
+    for (const TimedValue& point : points)
+        sum += point.value;
+    return sum / static_cast<double>(points.size());
+}
+
+double timeSpan(std::span<const TimedValue> points) {
+    return points.empty() ? 0 : points.back().time - points.front().time;
+}
+
 std::optional<MeanAndStdDev> meanAndStdDev(std::span<const double> values) {
     if (values.size() < 2)
         return std::nullopt;

@@ -7,6 +7,12 @@
 
 namespace ostrivane::Statistics {
 
+/// Mean of the values, each point of the same weight; absent when there is none.
+std::optional<double> mean(std::span<const TimedValue> points);
+
+/// Seconds from the first point to the last; 0 for less than 2 points.
+double timeSpan(std::span<const TimedValue> points);
+
 struct MeanAndStdDev {
     double mean = 0;
     double sd = 0; ///< of the sample: divided by one less than the count

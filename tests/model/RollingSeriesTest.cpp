@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
+#include <utility>
 
 namespace ostrivane {
 
@@ -34,6 +37,10 @@ std::vector<Bucket> without(const std::vector<Bucket>& buckets, double cutoff) {
     return kept;
 }
 
+Points pointsOf(const RollingSeries& series) {
+    return {series.points().begin(), series.points().end()};
+}
+
 void expectSameFigures(const RollingSeries& series, const std::vector<Bucket>& buckets, double seconds, double now) {
     Points window;
     double sum = 0;
@@ -48,6 +55,8 @@ void expectSameFigures(const RollingSeries& series, const std::vector<Bucket>& b
         ASSERT_EQ(found[index].time, window[index].time);
         ASSERT_NEAR(found[index].value, window[index].value, 1e-9);
     }
+    for (const TimedValue& point : series.points())
+        ASSERT_LE(point.value, series.ceiling());
     ASSERT_EQ(series.mean(seconds, now).has_value(), !window.empty());
     if (!window.empty()) {
         ASSERT_NEAR(*series.mean(seconds, now), sum / static_cast<double>(window.size()), 1e-9);
@@ -63,11 +72,11 @@ TEST(RollingSeries, averagesSamplesOfOneBucket) {
     series.append(10, 0);
     series.append(20, 1);
     series.append(30, 4);
-    EXPECT_EQ(series.points(), (Points{{0, 20}}));
+    EXPECT_EQ(pointsOf(series), (Points{{0, 20}}));
     series.append(40, 5); // exactly one spacing later begins the next
-    EXPECT_EQ(series.points(), (Points{{0, 20}, {5, 40}}));
+    EXPECT_EQ(pointsOf(series), (Points{{0, 20}, {5, 40}}));
     series.append(50, 6); // the count of the bucket before is not carried over
-    EXPECT_EQ(series.points(), (Points{{0, 20}, {5, 45}}));
+    EXPECT_EQ(pointsOf(series), (Points{{0, 20}, {5, 45}}));
     EXPECT_EQ(series.latest(), 45);
 }
 
@@ -77,7 +86,7 @@ TEST(RollingSeries, storesEverySampleWithoutASpacing) {
         series.append(1, 3);
         series.append(2, 3);
         series.append(3, 1);
-        EXPECT_EQ(series.points(), (Points{{3, 1}, {3, 2}, {1, 3}}));
+        EXPECT_EQ(pointsOf(series), (Points{{3, 1}, {3, 2}, {1, 3}}));
     }
 }
 
@@ -86,9 +95,9 @@ TEST(RollingSeries, dropsOnlyWhatIsOlderThanItsAge) {
     for (const double time : {0.0, 1.0, 2.0})
         series.append(time, time);
     series.append(11, 11);
-    EXPECT_EQ(series.points(), (Points{{1, 1}, {2, 2}, {11, 11}})); // a point at exactly the age stays
+    EXPECT_EQ(pointsOf(series), (Points{{1, 1}, {2, 2}, {11, 11}})); // a point at exactly the age stays
     series.append(100, 100);
-    EXPECT_EQ(series.points(), (Points{{100, 100}}));
+    EXPECT_EQ(pointsOf(series), (Points{{100, 100}}));
 }
 
 TEST(RollingSeries, dropsOldPointsFromBetweenNewerOnes) {
@@ -98,7 +107,7 @@ TEST(RollingSeries, dropsOldPointsFromBetweenNewerOnes) {
     series.append(14, 14);
     EXPECT_EQ(series.points().size(), 4U); // the first point holds, so nothing is looked at
     series.append(15.5, 15.5);
-    EXPECT_EQ(series.points(), (Points{{6, 6}, {14, 14}, {15.5, 15.5}}));
+    EXPECT_EQ(pointsOf(series), (Points{{6, 6}, {14, 14}, {15.5, 15.5}}));
 }
 
 TEST(RollingSeries, looksAtAWindow) {
@@ -117,15 +126,51 @@ TEST(RollingSeries, looksAtAWindow) {
 TEST(RollingSeries, keepsItsRoomOnceItSpansItsAge) {
     RollingSeries series(3600, 5);
     double time = 0;
-    const auto appendHours = [&](double hours) {
-        for (const double end = time + hours * 3600; time < end; time += 2)
+    const auto appendHours = [&](double hours) { // the first and the last place at which the points began
+        std::pair places(series.points().data(), series.points().data());
+        for (const double end = time + hours * 3600; time < end; time += 2) {
             series.append(1, time);
+            places = std::minmax({places.first, places.second, series.points().data()});
+        }
+        return places;
     };
-    appendHours(2);
-    const TimedValue* room = series.points().data();
-    appendHours(50);
-    EXPECT_EQ(series.points().data(), room);
+    appendHours(3);
+    const auto places = appendHours(1);
+    EXPECT_EQ(appendHours(50), places);
     EXPECT_LE(series.points().size(), 721U);
+}
+
+TEST(RollingSeries, lowersItsCeilingOnceWhatWasHighIsOld) {
+    RollingSeries series(1000, 10);
+    for (double time = 0; time < 1200; time += 10)
+        series.append(time == 50 ? 9 : 1, time);
+    EXPECT_EQ(series.ceiling(), 1);
+}
+
+TEST(RollingSeries, takesNoSampleThatIsNotFinite) {
+    RollingSeries series(10, 5);
+    constexpr double infinite = std::numeric_limits<double>::infinity();
+    for (const double hostile : {std::nan(""), infinite, -infinite}) {
+        series.append(1, hostile); // as the first it would take in all that follow
+        series.append(hostile, 1);
+    }
+    EXPECT_EQ(pointsOf(series), Points());
+    series.append(1, 1);
+    series.append(std::nan(""), 2); // and no mean would ever come back from this
+    series.append(3, 2);
+    series.append(4, infinite);
+    EXPECT_EQ(pointsOf(series), (Points{{1, 2}}));
+    EXPECT_TRUE(series.recent(std::nan(""), 1).empty());
+    EXPECT_EQ(series.recent(infinite, 1).size(), 1U);
+}
+
+TEST(RollingSeries, staysInOrderWhenTheClockStepsBack) {
+    RollingSeries series(100, 5);
+    for (const double time : {0.0, 10.0, 20.0, 3.0, 12.0, 24.0, 26.0})
+        series.append(time, time);
+    EXPECT_EQ(pointsOf(series), (Points{{0, 0}, {10, 10}, {20, 14.75}, {26, 26}})); // until it has caught up
+    EXPECT_EQ(series.mean(16, 26), (10 + 14.75 + 26) / 3);
+    EXPECT_EQ(series.coverage(15, 26), 6);
 }
 
 TEST(RollingSeries, agreesWithAPlainComputation) {
