@@ -2,6 +2,7 @@
 
 #include "core/model/Formatters.hpp"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
@@ -70,6 +71,7 @@ void add(std::vector<Figure>& figures, Figure figure, const std::vector<Row>& ro
         figures.push_back(std::move(figure));
 }
 
+/// A row cannot tell no traffic from traffic that nobody measured: where there is none at all, nothing is claimed.
 template <class Row>
 void addTraffic(std::vector<Figure>& figures, const std::vector<Row>& rows) {
     const std::pair<Figure, double Row::*> traffic[] = {{diskFigure("Disk read"), &Row::diskRead},
@@ -77,8 +79,9 @@ void addTraffic(std::vector<Figure>& figures, const std::vector<Row>& rows) {
                                                         {netFigure("Network in"), &Row::netIn},
                                                         {netFigure("Network out"), &Row::netOut}};
     for (const auto& [figure, bytes] : traffic)
-        add(figures, figure, rows,
-            [bytes = bytes](const Row& row) { return std::pair(Value(perSecond(row.*bytes, row.res)), Value()); });
+        if (std::ranges::any_of(rows, [bytes = bytes](const Row& row) { return row.*bytes > 0; }))
+            add(figures, figure, rows,
+                [bytes = bytes](const Row& row) { return std::pair(Value(perSecond(row.*bytes, row.res)), Value()); });
 }
 
 } // namespace

@@ -25,12 +25,12 @@ std::string words(std::string_view text, std::optional<int> width) {
     return Text::fitted(text, width.value_or(Text::columns(text) + 1));
 }
 
-/// Bytes that were moved, as a size.
+/// Bytes that were moved, as a size. A row holds 0 both where nothing was moved and where nobody measured it: a dash.
 std::string amount(double bytes) {
     constexpr double most = 9e18; // fits the integer
-    if (!std::isfinite(bytes))
+    if (!std::isfinite(bytes) || bytes <= 0)
         return std::string(Formatters::dash);
-    return Formatters::storage(static_cast<std::uint64_t>(std::clamp(bytes, 0.0, most)));
+    return Formatters::storage(static_cast<std::uint64_t>(std::min(bytes, most)));
 }
 
 /// The rows hold 0 where the machine tells of no energy, which nothing that runs needs.
