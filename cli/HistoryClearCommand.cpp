@@ -52,7 +52,8 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
     HistoryReader history(place, HistoryAccess::readWrite);
     const auto before = history.status();
     if (before && before->openError) {
-        writeError(*before->openError);
+        writeError(fmt::format("{}: {}; where it is damaged, remove it and another one is begun", place.file,
+                               *before->openError));
         return failed;
     }
     history.order([](HistoryStore& store) { store.clearAll(); });
@@ -61,13 +62,14 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
         history.ask<Problem>([](HistoryStore& store, auto answer) { store.problem(std::move(answer)); });
     const auto after = history.status();
     if (!before || !after || !isEmpty(*after)) {
-        writeError("the history could not be deleted: " + problem.value_or("it could not be read afterwards"));
+        writeError(fmt::format("{} could not be emptied: {}; where it is damaged, remove it and another one is begun",
+                               place.file, problem.value_or("it could not be read afterwards")));
         return failed;
     }
     const Cleared cleared{*before, *after};
     const Written written = writeOut(asJSON ? JSON::text(cleared) + "\n" : clearedText(cleared));
     if (problem) {
-        writeError("the file could not be made smaller, and may still hold traces: " + *problem);
+        writeError("the file may still hold traces of what was deleted: " + *problem);
         return failed;
     }
     return statusAfter(written);

@@ -58,7 +58,7 @@ HistoryPlace historyPlace(const std::string& folder) {
 std::optional<HistoryPlace> historyPlace() {
     const auto folder = UserFolders::dataDirectory();
     if (!folder) {
-        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one.");
+        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one by its full path.");
         return std::nullopt;
     }
     return historyPlace(*folder);

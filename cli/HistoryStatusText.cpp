@@ -83,6 +83,8 @@ std::string statusText(const HistoryReport& report) {
     std::vector<std::string> sentences = remarks(place);
     if (report.status && report.status->writeError)
         sentences.push_back("The last write failed: " + Text::visible(*report.status->writeError));
+    if (report.status && report.status->maintenanceError)
+        sentences.push_back("The last tidying failed: " + Text::visible(*report.status->maintenanceError));
     if (!sentences.empty())
         out += "\n" + fmt::format("{}\n", fmt::join(sentences, "\n"));
     return out;

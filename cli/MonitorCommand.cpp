@@ -34,8 +34,8 @@ namespace {
 
 namespace asio = boost::asio;
 
-constexpr std::chrono::seconds grace{2};     ///< for the last write
-constexpr std::chrono::seconds patience{60}; ///< before the history is begun once more
+constexpr std::chrono::seconds grace{2};    ///< for the last write
+constexpr std::chrono::seconds patience{5}; ///< before the history is begun once more
 
 std::string refusal(const HistoryLock::Holder& holder) {
     if (holder.pid == 0)
@@ -85,7 +85,7 @@ public:
         engine.addConsumer([this](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) { keep(snapshot); });
         engine.start();
         context.run();
-        return status;
+        return succeeded;
     }
 
 private:
@@ -129,6 +129,8 @@ private:
         if (isEnding)
             return;
         opened = std::chrono::steady_clock::now();
+        if (!told)
+            report("the file was removed or replaced; another one is begun, without the last minutes");
         lock.reset(); // it may lie in a folder that is gone
         auto claimed = claim(folder);
         if (const auto* problem = std::get_if<std::string>(&claimed))
@@ -144,31 +146,41 @@ private:
         isEnding = true;
         engine.stop();
         timeLeft.expires_after(grace);
-        timeLeft.async_wait([](const boost::system::error_code& error) {
+        timeLeft.async_wait([this](const boost::system::error_code& error) {
             if (error)
                 return;
-            writeError("The last minutes may not be written: the file cannot be reached.");
+            writeError("The last minutes are not written: " + told.value_or("the file cannot be reached"));
             std::_Exit(failed);
         });
         signals.async_wait([](const boost::system::error_code& error, int) {
             if (!error)
                 std::_Exit(failed);
         });
+        writeLast();
+    }
+
+    /// Tries again while there is time: whoever holds the file may let go of it.
+    void writeLast() {
         store->flush();
         store->problem([this](std::optional<std::string> problem) {
-            asio::post(storing, [this, problem = std::move(problem)] {
-                store.reset();
-                asio::post(storing, [this, problem] { asio::post(context, [this, problem] { leave(problem); }); });
+            asio::post(context, [this, problem = std::move(problem)] {
+                told = problem;
+                if (!problem)
+                    return close();
+                again.expires_after(std::chrono::milliseconds(200));
+                again.async_wait([this](const boost::system::error_code& error) {
+                    if (!error)
+                        writeLast();
+                });
             });
         });
     }
 
-    void leave(const std::optional<std::string>& problem) {
-        if (problem) {
-            writeError("The last minutes are not written: " + *problem);
-            status = failed;
-        }
-        context.stop();
+    void close() {
+        asio::post(storing, [this] {
+            store.reset();
+            asio::post(storing, [this] { asio::post(context, [this] { context.stop(); }); });
+        });
     }
 
     const std::string folder;
@@ -177,19 +189,19 @@ private:
     asio::thread_pool storing{1};
     asio::signal_set signals{context};
     asio::steady_timer timeLeft{context};
+    asio::steady_timer again{context};
     std::unique_ptr<HistoryStore> store;
     std::chrono::steady_clock::time_point opened;
     SamplingEngine engine;
     std::optional<std::string> told; ///< the problem that was reported last
     bool isAsking = false;
     bool isEnding = false;
-    int status = succeeded;
 };
 
 int monitor(double interval) {
     const auto folder = UserFolders::dataDirectory();
     if (!folder) {
-        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one.");
+        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one by its full path.");
         return failed;
     }
     auto claimed = claim(*folder);

@@ -6,6 +6,7 @@
 #include <boost/unordered/unordered_flat_map.hpp>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -165,9 +166,11 @@ std::vector<AppUsageSummary> top(SQLiteDatabase& database, std::int64_t since, d
         std::vector<const SumsByKey::value_type*> order;
         for (const auto& entry : sums)
             order.push_back(&entry);
-        std::ranges::sort(order, [](const auto* a, const auto* b) {
-            return std::pair(-a->second.cpuSeconds, std::string_view(a->first)) <
-                   std::pair(-b->second.cpuSeconds, std::string_view(b->first));
+        // The absurd figures of a damaged file may add up to what is no number; it has no place in an order.
+        const auto rank = [](const Sums& of) { return std::isnan(of.cpuSeconds) ? 0 : -of.cpuSeconds; };
+        std::ranges::sort(order, [&](const auto* a, const auto* b) {
+            return std::pair(rank(a->second), std::string_view(a->first)) <
+                   std::pair(rank(b->second), std::string_view(b->first));
         });
         if (limit >= 0 && static_cast<std::uint64_t>(limit) < order.size())
             order.resize(static_cast<std::size_t>(limit));

@@ -29,13 +29,21 @@ void makeOwnersOnly(const std::string& path) {
         ::chmod(path.c_str(), facts.st_mode & ownersOnly);
 }
 
-/// A file whose folder cannot be written has no place for the locks of readers; without a write-ahead log nobody
-/// writes.
-bool isOnReadOnlyGround(const std::string& path) {
-    const std::string folder = std::filesystem::path(path).parent_path().string();
+/// Without a write-ahead log nobody writes.
+bool hasLog(const std::string& path) {
     std::error_code error;
-    const std::uintmax_t log = std::filesystem::file_size(path + "-wal", error);
-    return ::access(folder.empty() ? "." : folder.c_str(), W_OK) != 0 && (error || log == 0);
+    const std::uintmax_t size = std::filesystem::file_size(path + "-wal", error);
+    return !error && size > 0;
+}
+
+std::unique_ptr<SQLiteDatabase> readable(const std::string& path, SQLiteDatabase::Mode mode) {
+    auto database = std::make_unique<SQLiteDatabase>(path, mode);
+    database->execute("PRAGMA busy_timeout=2000;"); // a writer that begins or ends holds the file for a moment
+    database->execute("SELECT COUNT(*) FROM sqlite_schema;"); // SQLite looks at a file when it is first read
+    // The last table that is made tells whether there are all.
+    const auto tables = database->query("SELECT 1 FROM sqlite_schema WHERE name = 'storage_snapshots'", {},
+                                        [](const SQLiteDatabase::Row&) { return true; });
+    return tables.empty() ? nullptr : std::move(database);
 }
 
 std::int64_t rowsOf(SQLiteDatabase& database, std::string_view table) {
@@ -57,8 +65,11 @@ ResolutionCount& countOf(HistoryStatus& status, std::int64_t res) {
 std::unique_ptr<SQLiteDatabase> open(const std::string& path) {
     makeOwnersOnly(path);
     auto database = std::make_unique<SQLiteDatabase>(path);
+    makeOwnersOnly(path);                           // what a link leads to was made by SQLite
+    database->execute("PRAGMA busy_timeout=1000;"); // whoever holds the file for a moment must not cost the whole run
     database->execute(std::string(HistorySchema::script));
     database->execute(std::string(HistorySchema::sumsScript));
+    database->execute("PRAGMA busy_timeout=0;");
     return database;
 }
 
@@ -70,11 +81,14 @@ std::optional<Identity> identity(const std::string& path) {
 }
 
 std::unique_ptr<SQLiteDatabase> openToRead(const std::string& path) {
-    auto database = std::make_unique<SQLiteDatabase>(path, isOnReadOnlyGround(path) ? SQLiteDatabase::Mode::immutable
-                                                                                    : SQLiteDatabase::Mode::readOnly);
-    database->execute("PRAGMA busy_timeout=2000;"); // a writer that begins or ends holds the file for a moment
-    database->execute("SELECT COUNT(*) FROM sqlite_schema;"); // SQLite looks at a file when it is first read
-    return database;
+    try {
+        return readable(path, SQLiteDatabase::Mode::readOnly);
+    } catch (const SQLiteError&) {
+        if (hasLog(path))
+            throw;
+    }
+    // Where nothing can be written, there is no place for the locks of readers.
+    return readable(path, SQLiteDatabase::Mode::immutable);
 }
 
 void count(SQLiteDatabase& database, HistoryStatus& status) {
@@ -105,7 +119,11 @@ void clear(SQLiteDatabase& database) {
 
 void compact(SQLiteDatabase& database) {
     database.execute("VACUUM;");
-    database.execute("PRAGMA wal_checkpoint(TRUNCATE);");
+    bool isHeldUp = false; // told by a row, not by an error
+    database.each("PRAGMA wal_checkpoint(TRUNCATE);", {},
+                  [&](const SQLiteDatabase::Row& row) { isHeldUp = row.integer(0) != 0; });
+    if (isHeldUp)
+        throw SQLiteError(SQLiteError::Kind::step, "another program is reading it");
 }
 
 } // namespace ostrivane::HistoryFile

@@ -28,7 +28,8 @@ struct Identity {
 /// Absent when nothing stands there.
 std::optional<Identity> identity(const std::string& path);
 
-/// Opens the file to read it, beside a writer in another process or where nothing can be written.
+/// Opens the file to read it, beside a writer in another process or where nothing can be written. Null for one in which
+/// there is no history yet.
 std::unique_ptr<SQLiteDatabase> openToRead(const std::string& path);
 
 /// Adds what the tables hold to `status`, one after the other: what was read stands when one fails.

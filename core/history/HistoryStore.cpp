@@ -147,9 +147,12 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
 
     void flush() {
         if (db && !(pendingSystem.empty() && pendingApps.empty())) {
+            const bool wasHeldUp = writeError.has_value();
             const bool written =
                 write([&](SQLiteDatabase& database) { database.transaction([&] { writePending(database); }); });
             if (written) {
+                if (wasHeldUp) // and maintenance with it
+                    failedMaintenances = 0;
                 pendingSystem.clear();
                 pendingApps.clear();
             } else {
@@ -185,8 +188,10 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         if (!db)
             return;
         lastMaintenance = date; // first of all: a run that fails waits as long as a good one
-        write(maintenanceError,
-              [&](SQLiteDatabase& database) { Retention::maintain(database, wholeSeconds(date), retentionDays); });
+        const bool isTidy = write(maintenanceError, [&](SQLiteDatabase& database) {
+            Retention::maintain(database, wholeSeconds(date), retentionDays);
+        });
+        failedMaintenances = isTidy ? 0 : failedMaintenances + 1;
     }
 
     void clearAll() {
@@ -201,6 +206,14 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         pendingApps.clear();
         knownApps.clear();
         accumulator = MinuteAccumulator(resolution);
+    }
+
+    std::optional<std::string> problem() const {
+        if (openError || writeError)
+            return openError ? openError : writeError;
+        if (failedMaintenances > 1) // one that met a lock is made good an hour later
+            return "old rows are not tidied away: " + maintenanceError.value_or("");
+        return std::nullopt;
     }
 
     HistoryStatus status() {
@@ -234,6 +247,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     std::optional<std::string> readError;
     std::optional<std::string> writeError;       ///< of the last write
     std::optional<std::string> maintenanceError; ///< of the last maintenance
+    int failedMaintenances = 0;                  ///< one after the other
 
     MinuteAccumulator accumulator{resolution};
     std::vector<SystemRow> pendingSystem; ///< finished rows that are not written yet
@@ -269,9 +283,7 @@ void HistoryStore::openError(Answer<std::optional<std::string>> answer) {
 }
 
 void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
-    state->post([answer = std::move(answer)](State& store) {
-        tell(answer, store.openError ? store.openError : store.writeError);
-    });
+    state->post([answer = std::move(answer)](State& store) { tell(answer, store.problem()); });
 }
 
 void HistoryStore::isLost(Answer<bool> answer) {

@@ -61,7 +61,8 @@ public:
     /// SQLite's words about the failed open.
     void openError(Answer<std::optional<std::string>> answer);
 
-    /// Why nothing is being kept now: the failed open, or the last write if it failed. Costs nothing to ask.
+    /// Why the history is not being kept as it should now: the failed open, the last write if it failed, or maintenance
+    /// that fails again and again. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
     /// Whether nothing will ever be kept here: it could not be opened, or its file was removed or replaced. Another

@@ -38,8 +38,8 @@ int makeFolder(const std::string& path) {
 } // namespace
 
 std::optional<std::string> dataDirectory(Platform platform, const Environment& environment, std::string_view home) {
-    if (auto chosen = PathText::normalised(environment("OSTRIVANE_DATA_DIR")))
-        return chosen;
+    if (const std::string chosen = environment("OSTRIVANE_DATA_DIR"); !chosen.empty())
+        return PathText::normalised(chosen);
     const auto ownHome = PathText::normalised(home);
     const auto below = [](const std::optional<std::string>& folder, std::string_view rest) {
         return folder ? PathText::normalised(*folder + std::string(rest)) : std::nullopt;

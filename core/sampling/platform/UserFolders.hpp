@@ -15,9 +15,10 @@ using Environment = std::function<std::string(const std::string& name)>;
 
 constexpr std::string_view historyFile = "history.sqlite"; ///< in the data folder
 
-/// The folder of the program's lasting data: what OSTRIVANE_DATA_DIR names, else the platform's usual place. A relative
-/// path in the environment is passed over: it would be another folder for each program that asks. Absent when nothing
-/// names a full path.
+/// The folder of the program's lasting data: what OSTRIVANE_DATA_DIR names, else the platform's usual place. Absent
+/// when nothing names a full path, and when OSTRIVANE_DATA_DIR names another one: a relative path would be another
+/// folder for each program that asks, and the usual place is not what was asked for. A relative XDG_DATA_HOME is passed
+/// over.
 std::optional<std::string> dataDirectory(Platform platform, const Environment& environment, std::string_view home);
 
 /// The one of the user who runs this process. Nothing need lie there.
