@@ -1,6 +1,7 @@
 #include "core/history/MinuteAccumulator.hpp"
 
 #include "core/history/WholeSeconds.hpp"
+#include "core/model/PressureLevel.hpp"
 
 #include <algorithm>
 #include <array>
@@ -39,18 +40,6 @@ void addPresent(std::optional<double>& sum, std::int64_t& count, std::optional<d
 void toMean(std::optional<double>& sum, std::int64_t count) {
     if (sum && count >= 1)
         *sum /= static_cast<double>(count);
-}
-
-double levelOf(MemoryPressure pressure) {
-    switch (pressure) {
-    case MemoryPressure::normal:
-        return 1;
-    case MemoryPressure::warning:
-        return 2;
-    case MemoryPressure::critical:
-        return 4;
-    }
-    return 1;
 }
 
 std::optional<double> meanSpeed(const std::vector<FanReading>& fans) {
@@ -127,7 +116,7 @@ void MinuteAccumulator::count(const SystemSnapshot& snapshot, double weight) {
     sys.memCached += static_cast<double>(memory.cached);
     sys.swapUsed += static_cast<double>(memory.swapUsed);
     sys.pressure += static_cast<double>(memory.pressurePercent());
-    raise(sys.pressureLevelMax, levelOf(memory.pressure));
+    raise(sys.pressureLevelMax, pressureLevel(memory.pressure));
 
     addPresent(sys.gpu, gpuSamples, snapshot.gpu.utilization);
     if (snapshot.gpu.utilization)

@@ -2,8 +2,13 @@
 
 #include "core/judgement/AlertRun.hpp"
 
+#include <string_view>
+
 /// The rules themselves, one function a kind: each fires what its rule asks for on the run's snapshot.
 namespace ostrivane::AlertRules {
+
+/// The key of what belongs to no application. Most rules leave it alone: nobody could quit it.
+inline constexpr std::string_view systemKey = "system";
 
 /// Busy on average over the window.
 void sustainedCPU(AlertRun& run);

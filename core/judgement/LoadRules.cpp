@@ -1,5 +1,4 @@
 #include "core/judgement/AlertRules.hpp"
-#include "core/judgement/AlertWords.hpp"
 #include "core/model/Formatters.hpp"
 #include "core/model/Statistics.hpp"
 

@@ -1,14 +1,13 @@
 #include "core/judgement/AlertRules.hpp"
-#include "core/judgement/AlertWords.hpp"
+#include "core/judgement/EvidenceText.hpp"
+#include "core/judgement/Figures.hpp"
 #include "core/model/Formatters.hpp"
 #include "core/model/Statistics.hpp"
 #include "core/model/Text.hpp"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 #include <vector>
 
@@ -17,18 +16,11 @@ namespace ostrivane::AlertRules {
 namespace {
 
 const ApplicationSnapshot* thirstiest(const std::vector<ApplicationSnapshot>& applications) {
-    const ApplicationSnapshot* found = nullptr;
-    for (const ApplicationSnapshot& app : applications)
-        if (app.powerW && std::isfinite(*app.powerW) && (!found || *app.powerW > *found->powerW))
-            found = &app;
-    return found;
+    return Figures::largest(applications, [](const ApplicationSnapshot& app) { return app.powerW; });
 }
 
 std::string fanSpeeds(const std::vector<FanReading>& fans) {
-    std::string speeds;
-    for (const FanReading& fan : fans)
-        speeds += (speeds.empty() ? "" : ", ") + truncated(fan.rpm) + " rpm";
-    return speeds.empty() ? "no fans" : speeds;
+    return fans.empty() ? "no fans" : EvidenceText::fans(fans);
 }
 
 } // namespace
@@ -47,8 +39,8 @@ void batteryDrain(AlertRun& run) {
     if (!(rate >= run.rule.threshold))
         return;
     if (Alert* alert = run.fire("battery", AlertSeverity::warning)) {
-        alert->title = fmt::format("Battery is draining at {}% per hour", truncated(rate));
-        alert->body = fmt::format("Down {}% in {}.", truncated(drop), Formatters::duration(span));
+        alert->title = fmt::format("Battery is draining at {}% per hour", Formatters::whole(rate));
+        alert->body = fmt::format("Down {}% in {}.", Formatters::whole(drop), Formatters::duration(span));
         if (const ApplicationSnapshot* app = thirstiest(run.scene.snapshot.applications))
             alert->body +=
                 fmt::format(" {} is drawing the most power ({}).", app->name, Formatters::power(app->powerW));
@@ -96,7 +88,7 @@ void lowStorage(AlertRun& run) {
     if (Alert* alert = run.fire(root->mountPoint, severity)) {
         alert->title = fmt::format("{} is running out of space", root->name);
         alert->body = fmt::format("{} free of {} ({}%).", Formatters::storage(root->available),
-                                  Formatters::storage(root->total), truncated(percent));
+                                  Formatters::storage(root->total), Formatters::whole(percent));
     }
 }
 
@@ -107,7 +99,7 @@ void idleServer(AlertRun& run) {
         if (!server.isIdle || !(idle >= run.rule.threshold * hour))
             continue;
         if (Alert* alert = run.fire(std::to_string(server.pid), AlertSeverity::info)) {
-            alert->title = fmt::format("{} on port {} looks idle", server.kind, fmt::join(server.ports, ", "));
+            alert->title = fmt::format("{} on port {} looks idle", server.kind, EvidenceText::ports(server.ports));
             alert->body = fmt::format("Running for {}, {}, using {}.", Formatters::duration(server.uptime),
                                       server.activity, Formatters::bytes(server.memory));
         }

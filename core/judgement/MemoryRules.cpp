@@ -1,12 +1,14 @@
 #include "core/judgement/AlertRules.hpp"
-#include "core/judgement/AlertWords.hpp"
+#include "core/judgement/Figures.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/PressureLevel.hpp"
 #include "core/model/Statistics.hpp"
 #include "core/model/Text.hpp"
 
 #include <fmt/format.h>
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,25 +18,10 @@ namespace {
 
 constexpr double gibibyte = 1024.0 * 1024 * 1024;
 
-/// The level as the rule's threshold counts.
-double levelOf(MemoryPressure pressure) {
-    switch (pressure) {
-    case MemoryPressure::normal:
-        return 1;
-    case MemoryPressure::warning:
-        return 2;
-    case MemoryPressure::critical:
-        return 4;
-    }
-    return 1;
-}
-
 const ApplicationSnapshot* largest(const std::vector<ApplicationSnapshot>& applications) {
-    const ApplicationSnapshot* found = nullptr;
-    for (const ApplicationSnapshot& app : applications)
-        if (app.key != systemKey && (!found || app.memory > found->memory))
-            found = &app;
-    return found;
+    return Figures::largest(applications, [](const ApplicationSnapshot& app) {
+        return app.key == systemKey ? std::nullopt : std::optional(static_cast<double>(app.memory));
+    });
 }
 
 } // namespace
@@ -51,8 +38,9 @@ void excessiveMemory(AlertRun& run) {
         const auto severity = percent >= 1.5 * run.rule.threshold ? AlertSeverity::critical : AlertSeverity::warning;
         if (Alert* alert = run.fire(app.key, severity)) {
             alert->title = fmt::format("{} is using {}", app.name, Formatters::bytes(app.memory));
-            alert->body = fmt::format("That's {}% of this {}'s {} of memory, across {} processes.", truncated(percent),
-                                      run.scene.words.computer, Formatters::bytes(total), app.pids.size());
+            alert->body =
+                fmt::format("That's {}% of this {}'s {} of memory, across {} processes.", Formatters::whole(percent),
+                            run.scene.words.computer, Formatters::bytes(total), app.pids.size());
         }
     }
 }
@@ -85,7 +73,7 @@ void memoryPressure(AlertRun& run) {
     if (!since)
         return;
     const double elapsed = run.scene.now() - *since;
-    if (!(elapsed >= run.rule.window) || !(levelOf(memory.pressure) >= run.rule.threshold))
+    if (!(elapsed >= run.rule.window) || !(pressureLevel(memory.pressure) >= run.rule.threshold))
         return;
     const bool isCritical = memory.pressure == MemoryPressure::critical;
     if (Alert* alert = run.fire("system", isCritical ? AlertSeverity::critical : AlertSeverity::warning)) {
