@@ -58,7 +58,7 @@ HistoryPlace historyPlace(const std::string& folder) {
 std::optional<HistoryPlace> historyPlace() {
     const auto folder = UserFolders::dataDirectory();
     if (!folder) {
-        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one by its full path.");
+        writeError("No folder for the history: OSTRIVANE_DATA_DIR, or HOME without it, must be a full path.");
         return std::nullopt;
     }
     return historyPlace(*folder);

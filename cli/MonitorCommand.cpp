@@ -201,7 +201,7 @@ private:
 int monitor(double interval) {
     const auto folder = UserFolders::dataDirectory();
     if (!folder) {
-        writeError("No folder for the history: neither HOME nor OSTRIVANE_DATA_DIR names one by its full path.");
+        writeError("No folder for the history: OSTRIVANE_DATA_DIR, or HOME without it, must be a full path.");
         return failed;
     }
     auto claimed = claim(*folder);
