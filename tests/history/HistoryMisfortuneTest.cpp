@@ -203,6 +203,46 @@ TEST(HistoryMisfortune, noticesThatItsFolderIsGoneAndWritesWhenItIsBack) {
     EXPECT_EQ(harness.openError(), "unable to open database file");
 }
 
+TEST(HistoryMisfortune, readsNothingOutOfAFileThatIsJustBegun) {
+    TemporaryFolder folder;
+    StoreHarness reader(folder.write("history.sqlite", ""), HistoryAccess::readOnly);
+    EXPECT_EQ(reader.openError(), std::nullopt);
+    EXPECT_TRUE(reader.systemRows().empty());
+    EXPECT_TRUE(reader.topApps().empty());
+}
+
+TEST(HistoryMisfortune, saysThatTracesAreLeftWhileAnotherProgramReads) {
+    TemporaryFolder folder;
+    StoreHarness harness(goodFile(folder));
+    SQLiteDatabase other(harness.path);
+    other.reading([&] {
+        other.each("SELECT COUNT(*) FROM system_samples", {}, [](const SQLiteDatabase::Row&) {});
+        harness.store->clearAll();
+        harness.run();
+        EXPECT_EQ(harness.problem(), "another program is reading it");
+        EXPECT_TRUE(harness.systemRows().empty());
+    });
+    harness.store->clearAll();
+    harness.run();
+    EXPECT_EQ(harness.problem(), std::nullopt);
+}
+
+TEST(HistoryMisfortune, tellsOfMaintenanceThatFailsAgainAndAgain) {
+    TemporaryFolder folder;
+    StoreHarness harness(folder.file("history.sqlite"));
+    SQLiteDatabase(harness.path)
+        .execute("CREATE TRIGGER t BEFORE DELETE ON alerts BEGIN SELECT RAISE(ABORT, 'not today'); END;"
+                 "INSERT INTO alerts(ts) VALUES(1);");
+    live(harness, 0, 2);
+    EXPECT_EQ(harness.problem(), std::nullopt) << "one that met a lock is made good an hour later";
+    EXPECT_EQ(harness.status().maintenanceError, "not today");
+    live(harness, 3, 62);
+    EXPECT_EQ(harness.problem(), "old rows are not tidied away: not today");
+    SQLiteDatabase(harness.path).execute("DROP TRIGGER t;");
+    live(harness, 63, 123);
+    EXPECT_EQ(harness.problem(), std::nullopt);
+}
+
 TEST(HistoryMisfortune, keepsTheNewestWhileAnotherProgramHoldsTheFile) {
     TemporaryFolder folder;
     StoreHarness harness(folder.file("history.sqlite"));
