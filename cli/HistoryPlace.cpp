@@ -55,13 +55,16 @@ HistoryPlace historyPlace(const std::string& folder) {
     return place;
 }
 
-std::optional<HistoryPlace> historyPlace() {
-    const auto folder = UserFolders::dataDirectory();
-    if (!folder) {
+std::optional<std::string> historyFolder() {
+    auto folder = UserFolders::dataDirectory();
+    if (!folder)
         writeError("No folder for the history: OSTRIVANE_DATA_DIR, or HOME without it, must be a full path.");
-        return std::nullopt;
-    }
-    return historyPlace(*folder);
+    return folder;
+}
+
+std::optional<HistoryPlace> historyPlace() {
+    const auto folder = historyFolder();
+    return folder ? std::optional(historyPlace(*folder)) : std::nullopt;
 }
 
 std::string noHistoryText(const HistoryPlace& place) {

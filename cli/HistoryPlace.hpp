@@ -32,9 +32,12 @@ struct HistoryPlace {
 BOOST_DESCRIBE_STRUCT(HistoryPlace, (), (folder, file, exists, problem, isOthers, isWritable, freeBytes, writer))
 static_assert(describesEveryMember<HistoryPlace>);
 
+/// The folder of the user's own history, which need not be there. Says on standard error why there is none.
+std::optional<std::string> historyFolder();
+
 HistoryPlace historyPlace(const std::string& folder);
 
-/// The user's own. Says on standard error why there is none.
+/// The user's own, as `historyFolder` finds it.
 std::optional<HistoryPlace> historyPlace();
 
 /// "There is no history yet.", and how to begin.

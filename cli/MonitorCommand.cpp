@@ -1,4 +1,5 @@
 #include "cli/Commands.hpp"
+#include "cli/HistoryPlace.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
 #include "core/history/HistoryLock.hpp"
@@ -199,11 +200,9 @@ private:
 };
 
 int monitor(double interval) {
-    const auto folder = UserFolders::dataDirectory();
-    if (!folder) {
-        writeError("No folder for the history: OSTRIVANE_DATA_DIR, or HOME without it, must be a full path.");
+    const auto folder = historyFolder();
+    if (!folder)
         return failed;
-    }
     auto claimed = claim(*folder);
     if (const auto* problem = std::get_if<std::string>(&claimed)) {
         writeError(*problem);

@@ -87,7 +87,7 @@ TEST(Plot, keepsToTheWidth) {
 }
 
 TEST(TimeAxis, marksRoundTimesOfTheUsersClock) {
-    const TimeZone zone("XXX-05:30");
+    const TimeZone zone("IST-05:30");
     constexpr double midnight = 1795199400; // 2026-11-21 00:00 there
     const Lines hours = timeAxis({Date{midnight - 3600}, Date{midnight + 7200}}, 12 + 30, Glyphs::ascii);
     EXPECT_EQ(hours[0], "           +---------+---------+---------+");
