@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <ranges>
+#include <iterator>
 #include <string>
 #include <string_view>
 
@@ -30,11 +30,10 @@ void change(std::string_view text, std::string_view key, std::string_view value)
     require(SettingsText::values(without) == others);
     // All that stood around the value still does.
     const std::size_t old = before.contains(key) ? before.at(key).size() : 0;
-    const auto ahead = std::ranges::mismatch(text, changed).in1 - text.begin();
-    const auto rest = text.substr(static_cast<std::size_t>(ahead));
-    const auto behind =
-        std::ranges::mismatch(rest | std::views::reverse, changed | std::views::reverse).in1 - rest.rbegin();
-    require(static_cast<std::size_t>(ahead + behind) + old >= text.size());
+    const auto [first, ignored] = std::mismatch(text.begin(), text.end(), changed.begin(), changed.end());
+    const auto [last, also] =
+        std::mismatch(text.rbegin(), std::make_reverse_iterator(first), changed.rbegin(), changed.rend());
+    require(last.base() - first <= static_cast<std::ptrdiff_t>(old));
 }
 
 } // namespace
