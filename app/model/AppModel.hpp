@@ -116,8 +116,4 @@ private:
     std::shared_ptr<State> self;
 };
 
-/// Percent of the battery that it lost per hour on battery, over rows in the order of time; absent when they hold less
-/// than an hour of that.
-std::optional<double> typicalDrain(const std::vector<SystemRow>& rows);
-
 } // namespace ostrivane

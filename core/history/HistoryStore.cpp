@@ -85,6 +85,17 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         }
     }
 
+    void reopen() {
+        db.reset();
+        opened.reset();
+        openError.reset();
+        writeError.reset();
+        maintenanceError.reset();
+        failedMaintenances = 0;
+        knownApps.clear(); // another file knows no names
+        open();
+    }
+
     /// What `work(database)` reads; `fallback` without a file, and when SQLite fails. The failure is kept for who asks
     /// until a read succeeds.
     template <class Result, class Work>
@@ -241,7 +252,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     const HistoryAccess access;
     const std::function<Date()> now;
 
-    std::unique_ptr<SQLiteDatabase> db;          ///< null when it could not be opened; not tried again
+    std::unique_ptr<SQLiteDatabase> db;          ///< null when it could not be opened
     std::optional<HistoryFile::Identity> opened; ///< the one that `db` has open
     std::optional<std::string> openError;
     std::optional<std::string> readError;
@@ -288,6 +299,18 @@ void HistoryStore::problem(Answer<std::optional<std::string>> answer) {
 
 void HistoryStore::isLost(Answer<bool> answer) {
     state->post([answer = std::move(answer)](State& store) { tell(answer, store.isLost()); });
+}
+
+void HistoryStore::reopen() {
+    state->post([](State& store) { store.reopen(); });
+}
+
+void HistoryStore::close(Done done) {
+    state->post([done = std::move(done)](State& store) {
+        store.flush();
+        store.db.reset();
+        tell(done);
+    });
 }
 
 void HistoryStore::readProblem(Answer<std::optional<std::string>> answer) {

@@ -65,9 +65,15 @@ public:
     /// that fails again and again. Costs nothing to ask.
     void problem(Answer<std::optional<std::string>> answer);
 
-    /// Whether nothing will ever be kept here: it could not be opened, or its file was removed or replaced. Another
-    /// store on the same path may do better.
+    /// Whether nothing can be kept as it stands: the file could not be opened, or was removed or replaced. `reopen` may
+    /// do better.
     void isLost(Answer<bool> answer);
+
+    /// Opens the file once more, or makes another one. The minutes that wait in memory go there.
+    void reopen();
+
+    /// Lets go of the file, after a last flush. Further calls are harmless, as without a file.
+    void close(Done done = {});
 
     /// Why the last question has an empty answer though the file may hold one: the failed open, or the read if it
     /// failed.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/model/PlatformWords.hpp"
 #include "core/model/RawValue.hpp"
 
 #include <array>
@@ -10,6 +11,11 @@ namespace ostrivane {
 enum class Platform { Linux, macOS };
 constexpr std::array<RawText<Platform>, 2> rawTexts(EnumTag<Platform>) {
     return {{{Platform::Linux, "linux"}, {Platform::macOS, "macos"}}};
+}
+
+/// What texts about such a machine call things.
+constexpr const PlatformWords& wordsOf(Platform platform) {
+    return platform == Platform::macOS ? PlatformWords::macOS : PlatformWords::Linux;
 }
 
 } // namespace ostrivane
