@@ -46,7 +46,7 @@ std::string refusal(const HistoryLock::Holder& holder) {
 
 /// The place of the history, made and locked, or why it is not.
 std::variant<HistoryLock, std::string> claim(const std::string& folder) {
-    if (auto problem = UserFolders::makeDataDirectory(folder))
+    if (auto problem = UserFolders::makeDirectory(folder))
         return *problem;
     auto taken = HistoryLock::take(folder, "ostrivanectl monitor");
     if (auto* lock = std::get_if<HistoryLock>(&taken))

@@ -32,6 +32,9 @@ public:
     virtual void setJSON(std::string_view key, std::string_view document) = 0;
     virtual void remove(std::string_view key) = 0;
 
+    /// Makes several changes as one: they are lasting together when this returns, and not before.
+    virtual void together(const std::function<void()>& changes) { changes(); }
+
     /// Of this program's own domain.
     virtual std::vector<std::string> keys() const = 0;
 

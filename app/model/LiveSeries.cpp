@@ -46,7 +46,7 @@ void LiveSeries::add(const SystemSnapshot& snapshot) {
     push(LiveKey::cpuUser, time, snapshot.cpu.user);
     push(LiveKey::cpuSystem, time, snapshot.cpu.system);
     push(LiveKey::memUsed, time, number(snapshot.memory.used));
-    push(LiveKey::memPressure, time, std::clamp(100 - number(snapshot.memory.availablePercent), 0.0, 100.0));
+    push(LiveKey::memPressure, time, number(snapshot.memory.pressurePercent()));
     push(LiveKey::swap, time, number(snapshot.memory.swapUsed));
     push(LiveKey::gpu, time, snapshot.gpu.utilization);
     push(LiveKey::diskRead, time, snapshot.disk.readBytesPerSec);

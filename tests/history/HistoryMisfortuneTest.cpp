@@ -203,6 +203,39 @@ TEST(HistoryMisfortune, noticesThatItsFolderIsGoneAndWritesWhenItIsBack) {
     EXPECT_EQ(harness.openError(), "unable to open database file");
 }
 
+TEST(HistoryMisfortune, openedAgainItKeepsTheMinutesThatWaited) {
+    TemporaryFolder folder;
+    const std::filesystem::path home = folder.path() / "data";
+    StoreHarness harness((home / "history.sqlite").string());
+    EXPECT_EQ(harness.openError(), "unable to open database file");
+    harness.store->reopen();
+    EXPECT_EQ(harness.problem(), "unable to open database file") << "there is still no folder";
+    std::filesystem::create_directory(home);
+    harness.store->reopen();
+    live(harness, 0, 5);
+    EXPECT_EQ(harness.problem(), std::nullopt);
+    std::filesystem::remove_all(home);
+    live(harness, 6, 9);
+    EXPECT_TRUE(harness.problem());
+    std::filesystem::create_directory(home);
+    harness.store->reopen();
+    live(harness, 10, 12);
+    EXPECT_EQ(harness.problem(), std::nullopt);
+    EXPECT_EQ(harness.status().pendingSystem, 0);
+    const auto rows = harness.systemRows();
+    ASSERT_FALSE(rows.empty());
+    EXPECT_EQ(rows.front().bucket, static_cast<std::int64_t>(start) + 5 * 60) << "what was in the old file is gone";
+    EXPECT_EQ(rows.size(), 7U);
+    EXPECT_EQ(harness.answer<std::optional<std::string>>(
+                  [](HistoryStore& store, auto to) { store.appName("exe:application-1", to); }),
+              "Application")
+        << "the new file learned the names";
+    harness.store->close();
+    live(harness, 13, 15);
+    EXPECT_TRUE(harness.systemRows().empty());
+    EXPECT_EQ(integrity(harness.path), "ok");
+}
+
 TEST(HistoryMisfortune, readsNothingOutOfAFileThatIsJustBegun) {
     TemporaryFolder folder;
     StoreHarness reader(folder.write("history.sqlite", ""), HistoryAccess::readOnly);

@@ -35,31 +35,61 @@ int makeFolder(const std::string& path) {
     return isFolder(path) ? 0 : ENOTDIR; // another process may have been quicker
 }
 
-} // namespace
+/// One kind of folder: what names it, and where it lies otherwise.
+struct Custom {
+    const char* chosen; ///< a variable that names the folder itself
+    const char* base;   ///< one that names the folder above it, on Linux
+    std::string_view belowHome;
+    std::string_view belowHomeOnMac;
+};
+constexpr Custom dataCustom{"OSTRIVANE_DATA_DIR", "XDG_DATA_HOME", "/.local/share/ostrivane",
+                            "/Library/Application Support/Ostrivane"};
+constexpr Custom configCustom{"OSTRIVANE_CONFIG_DIR", "XDG_CONFIG_HOME", "/.config/ostrivane",
+                              "/Library/Application Support/Ostrivane"};
 
-std::optional<std::string> dataDirectory(Platform platform, const Environment& environment, std::string_view home) {
-    if (const std::string chosen = environment("OSTRIVANE_DATA_DIR"); !chosen.empty())
+std::optional<std::string> directory(const Custom& custom, Platform platform, const Environment& environment,
+                                     std::string_view home) {
+    if (const std::string chosen = environment(custom.chosen); !chosen.empty())
         return PathText::normalised(chosen);
-    const auto ownHome = PathText::normalised(home);
     const auto below = [](const std::optional<std::string>& folder, std::string_view rest) {
         return folder ? PathText::normalised(*folder + std::string(rest)) : std::nullopt;
     };
+    const auto ownHome = PathText::normalised(home);
     if (platform == Platform::macOS)
-        return below(ownHome, "/Library/Application Support/Ostrivane");
-    if (const auto data = PathText::normalised(environment("XDG_DATA_HOME")))
-        return below(data, "/ostrivane");
-    return below(ownHome, "/.local/share/ostrivane");
+        return below(ownHome, custom.belowHomeOnMac);
+    if (const auto base = PathText::normalised(environment(custom.base)))
+        return below(base, "/ostrivane");
+    return below(ownHome, custom.belowHome);
+}
+
+std::string ownEnvironment(const std::string& name) {
+    const char* value = std::getenv(name.c_str());
+    return value ? value : "";
+}
+
+} // namespace
+
+std::optional<std::string> dataDirectory(Platform platform, const Environment& environment, std::string_view home) {
+    return directory(dataCustom, platform, environment, home);
 }
 
 std::optional<std::string> dataDirectory() {
-    const auto environment = [](const std::string& name) {
-        const char* value = std::getenv(name.c_str());
-        return std::string(value ? value : "");
-    };
-    return dataDirectory(nativePlatform(), environment, homeFolder());
+    return dataDirectory(nativePlatform(), ownEnvironment, homeFolder());
 }
 
-std::optional<std::string> makeDataDirectory(const std::string& path) {
+std::optional<std::string> configDirectory(Platform platform, const Environment& environment, std::string_view home) {
+    return directory(configCustom, platform, environment, home);
+}
+
+std::optional<std::string> configDirectory() {
+    return configDirectory(nativePlatform(), ownEnvironment, homeFolder());
+}
+
+bool isConfigDirectoryChosen() {
+    return !ownEnvironment(configCustom.chosen).empty();
+}
+
+std::optional<std::string> makeDirectory(const std::string& path) {
     if (const int error = makeFolder(path))
         return path + ": " + std::generic_category().message(error);
     return std::nullopt;

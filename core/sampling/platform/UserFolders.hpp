@@ -24,8 +24,18 @@ std::optional<std::string> dataDirectory(Platform platform, const Environment& e
 /// The one of the user who runs this process. Nothing need lie there.
 std::optional<std::string> dataDirectory();
 
+/// The folder of the program's settings, by the same rules: what OSTRIVANE_CONFIG_DIR names, else the platform's usual
+/// place, which is below XDG_CONFIG_HOME.
+std::optional<std::string> configDirectory(Platform platform, const Environment& environment, std::string_view home);
+
+/// The one of the user who runs this process.
+std::optional<std::string> configDirectory();
+
+/// Whether OSTRIVANE_CONFIG_DIR names any folder, good or bad.
+bool isConfigDirectoryChosen();
+
 /// Makes the folder and those above it that are missing, for the user alone, whatever the process's mask says. A folder
 /// that is there stays as it is. Answers why it could not, in the user's words; absent when it is there now.
-std::optional<std::string> makeDataDirectory(const std::string& path);
+std::optional<std::string> makeDirectory(const std::string& path);
 
 } // namespace ostrivane::UserFolders

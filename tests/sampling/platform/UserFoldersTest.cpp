@@ -13,14 +13,19 @@ namespace {
 
 using Variables = std::map<std::string, std::string>;
 
+UserFolders::Environment environmentOf(const Variables& variables) {
+    return [&variables](const std::string& name) {
+        const auto found = variables.find(name);
+        return found == variables.end() ? std::string() : found->second;
+    };
+}
+
 std::optional<std::string> folder(Platform platform, const Variables& variables, std::string_view home) {
-    return UserFolders::dataDirectory(
-        platform,
-        [&](const std::string& name) {
-            const auto found = variables.find(name);
-            return found == variables.end() ? std::string() : found->second;
-        },
-        home);
+    return UserFolders::dataDirectory(platform, environmentOf(variables), home);
+}
+
+std::optional<std::string> configFolder(Platform platform, const Variables& variables, std::string_view home) {
+    return UserFolders::configDirectory(platform, environmentOf(variables), home);
 }
 
 TEST(UserFolders, followEachSystemsCustom) {
@@ -39,6 +44,16 @@ TEST(UserFolders, followEachSystemsCustom) {
     }
 }
 
+TEST(UserFolders, ofTheSettingsAreNotThoseOfTheData) {
+    const Variables both{{"OSTRIVANE_DATA_DIR", "/data"}, {"XDG_DATA_HOME", "/data"}};
+    EXPECT_EQ(configFolder(Platform::Linux, both, "/home/ada"), "/home/ada/.config/ostrivane");
+    EXPECT_EQ(configFolder(Platform::Linux, {{"XDG_CONFIG_HOME", "/etc/ada"}}, ""), "/etc/ada/ostrivane");
+    EXPECT_EQ(configFolder(Platform::Linux, {{"XDG_CONFIG_HOME", "etc"}}, "/home/ada"), "/home/ada/.config/ostrivane");
+    EXPECT_EQ(configFolder(Platform::Linux, {{"OSTRIVANE_CONFIG_DIR", "/chosen"}, {"XDG_CONFIG_HOME", "/etc"}}, "/h"),
+              "/chosen");
+    EXPECT_EQ(configFolder(Platform::Linux, {{"OSTRIVANE_CONFIG_DIR", "chosen"}}, "/h"), std::nullopt);
+}
+
 int modeOf(const std::string& path) {
     struct stat status {};
     return ::stat(path.c_str(), &status) == 0 ? static_cast<int>(status.st_mode & 07777) : -1;
@@ -49,7 +64,7 @@ TEST(UserFolders, areMadeForTheUserAlone) {
     const std::string path = temporary.file("a/b/ostrivane");
     for (const mode_t mask : {0000u, 0777u}) {
         const mode_t before = ::umask(mask);
-        const auto problem = UserFolders::makeDataDirectory(path);
+        const auto problem = UserFolders::makeDirectory(path);
         ::umask(before);
         EXPECT_EQ(problem, std::nullopt);
         for (const char* made : {"a", "a/b", "a/b/ostrivane"})
@@ -63,14 +78,14 @@ TEST(UserFolders, thatAreThereStayAsTheyAre) {
     std::filesystem::create_directory(temporary.file("open"));
     ::chmod(temporary.file("open").c_str(), 0755);
     std::filesystem::create_directory_symlink(temporary.file("open"), temporary.file("link"));
-    EXPECT_EQ(UserFolders::makeDataDirectory(temporary.file("link")), std::nullopt);
+    EXPECT_EQ(UserFolders::makeDirectory(temporary.file("link")), std::nullopt);
     EXPECT_EQ(modeOf(temporary.file("open")), 0755);
-    EXPECT_EQ(UserFolders::makeDataDirectory(temporary.write("file", "x")),
+    EXPECT_EQ(UserFolders::makeDirectory(temporary.write("file", "x")),
               temporary.file("file") + ": Not a directory");
-    EXPECT_EQ(UserFolders::makeDataDirectory(temporary.file("file/below")),
+    EXPECT_EQ(UserFolders::makeDirectory(temporary.file("file/below")),
               temporary.file("file/below") + ": Not a directory");
     std::filesystem::create_symlink("nowhere", temporary.file("dangling"));
-    EXPECT_NE(UserFolders::makeDataDirectory(temporary.file("dangling")), std::nullopt);
+    EXPECT_NE(UserFolders::makeDirectory(temporary.file("dangling")), std::nullopt);
 }
 
 } // namespace
