@@ -8,7 +8,9 @@
 #include "core/model/SystemSnapshot.hpp"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace ostrivane {
@@ -16,7 +18,7 @@ namespace ostrivane {
 /// What the rules look at.
 struct AlertScene {
     const SystemSnapshot& snapshot;
-    const AlertSeries& series; ///< `snapshot` is part of it already
+    AlertSeries& series; ///< `snapshot` is part of it already
     const PlatformWords& words;
 
     double now() const { return snapshot.timestamp.seconds; }
@@ -33,11 +35,19 @@ public:
     /// A new alert whose texts are to be filled in; null while the rule is cooling down about `subject`.
     Alert* fire(std::string_view subject, AlertSeverity severity);
 
-    /// Calls `judge(key, series)` for each application that is remembered. What fires is in the order of the keys.
+    /// Calls `judge(key, series)` for each application that is remembered and that the rule is not cooling down about:
+    /// about the others nothing could fire, whatever there is to add up. What fires is in the order of the keys.
     template <class Judge>
     void eachApplication(Judge judge) {
-        for (const auto& [key, series] : scene.series.apps)
-            judge(key, series);
+        for (auto& [key, series] : scene.series.apps) {
+            std::optional<double>& lastFired = series.lastFired[static_cast<std::size_t>(rule.kind)];
+            if (lastFired && scene.now() - *lastFired < rule.cooldown)
+                continue;
+            const std::size_t before = alerts.size();
+            judge(key, std::as_const(series));
+            if (alerts.size() > before)
+                lastFired = scene.now();
+        }
         sortBySubject();
     }
 

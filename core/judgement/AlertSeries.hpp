@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/judgement/AlertKind.hpp"
 #include "core/model/MemorySnapshot.hpp"
 #include "core/model/RollingSeries.hpp"
 #include "core/model/SystemSnapshot.hpp"
@@ -7,6 +8,7 @@
 
 #include <boost/unordered/unordered_flat_map.hpp>
 
+#include <array>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,6 +23,8 @@ struct AppSeries {
     RollingSeries memory{10800, 30};   ///< bytes
     RollingSeries diskWrite{1800, 10}; ///< bytes per second
     RollingSeries network{1800, 10};   ///< bytes per second, both ways; nothing while traffic is not told
+    /// When a rule last fired about it, by kind, as far as this was seen: the book knows of all.
+    std::array<std::optional<double>, alertKindCount> lastFired;
 };
 
 /// The recent past of the machine and its applications, as far as alerts look at it. Times are those of the snapshots,

@@ -3,6 +3,7 @@
 #include "core/judgement/EvidenceText.hpp"
 #include "core/judgement/Figures.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/Page.hpp"
 #include "core/model/PlatformWords.hpp"
 #include "core/model/SystemSnapshot.hpp"
 #include "core/model/Text.hpp"
@@ -27,14 +28,14 @@ struct Verdict {
     std::string_view label = Formatters::unavailable;
 };
 
-HealthCategory category(std::string_view id, std::string_view name, std::string_view symbol,
-                        std::string_view destination, Verdict verdict) {
+HealthCategory category(std::string_view id, std::string_view name, std::string_view symbol, Page destination,
+                        Verdict verdict) {
     return {.id = std::string(id),
             .name = std::string(name),
             .symbol = std::string(symbol),
             .status = verdict.status,
             .label = std::string(verdict.label),
-            .destination = std::string(destination)};
+            .destination = std::string(rawValue(destination))};
 }
 
 Verdict loadVerdict(double load) {
@@ -47,7 +48,7 @@ Verdict loadVerdict(double load) {
 
 HealthCategory processor(const SystemSnapshot& snapshot, std::optional<double> cpuAverage5m) {
     const double load = cpuAverage5m.value_or(snapshot.cpu.usage);
-    HealthCategory made = category("cpu", "CPU", "cpu", "cpu", loadVerdict(load));
+    HealthCategory made = category("cpu", "CPU", "cpu", Page::cpu, loadVerdict(load));
     made.evidence = {fmt::format("{} average over the last 5 minutes on {} cores.", Formatters::percent(load),
                                  snapshot.cpu.logicalCoreCount),
                      fmt::format("Load average {} (1 min).", Formatters::decimal(snapshot.cpu.loadAverage[0], 2))};
@@ -71,7 +72,7 @@ Verdict pressureVerdict(MemoryPressure pressure) {
 }
 
 HealthCategory memoryUse(const MemorySnapshot& memory, std::optional<double> pressureElevatedFor) {
-    HealthCategory made = category("memory", "Memory", "memorychip", "memory", pressureVerdict(memory.pressure));
+    HealthCategory made = category("memory", "Memory", "memorychip", Page::memory, pressureVerdict(memory.pressure));
     if (pressureElevatedFor && *pressureElevatedFor > 60)
         made.evidence.push_back(fmt::format("Pressure has stayed {} for {}.", Text::lowered(made.label),
                                             Formatters::duration(*pressureElevatedFor)));
@@ -85,7 +86,7 @@ HealthCategory memoryUse(const MemorySnapshot& memory, std::optional<double> pre
 
 HealthCategory storageSpace(const std::optional<VolumeInfo>& root) {
     constexpr std::uint64_t leastAvailable = 10'000'000'000;
-    HealthCategory made = category("storage", "Storage", "internaldrive", root ? "storage" : "disk", {});
+    HealthCategory made = category("storage", "Storage", "internaldrive", root ? Page::storage : Page::disk, {});
     if (!root || root->total == 0)
         return made;
     const double fraction = static_cast<double>(root->available) / static_cast<double>(root->total);
@@ -107,7 +108,7 @@ Verdict batteryVerdict(const BatterySnapshot& battery) {
 }
 
 HealthCategory batteryHealth(const BatterySnapshot& battery, const PlatformWords& words) {
-    HealthCategory made = category("battery", "Battery", "battery.75percent", "battery", batteryVerdict(battery));
+    HealthCategory made = category("battery", "Battery", "battery.75percent", Page::battery, batteryVerdict(battery));
     if (battery.healthPercent)
         made.evidence.push_back(fmt::format("Maximum capacity {}% of the original design.", *battery.healthPercent));
     if (battery.cycleCount)
@@ -142,7 +143,7 @@ std::string temperatureSentence(const ThermalSnapshot& thermal, const PlatformWo
 
 HealthCategory heat(const ThermalSnapshot& thermal, const PlatformWords& words) {
     HealthCategory made =
-        category("thermal", "Thermals", "thermometer.medium", "thermal", thermalVerdict(thermal.state));
+        category("thermal", "Thermals", "thermometer.medium", Page::thermal, thermalVerdict(thermal.state));
     made.evidence = {fmt::format("{} thermal state: {}.", words.systemLabel, label(thermal.state)),
                      temperatureSentence(thermal, words)};
     if (!thermal.fans.empty())
@@ -173,7 +174,7 @@ HealthCategory backgroundActivity(const SystemSnapshot& snapshot) {
         background.push_back(&app);
     }
     HealthCategory made =
-        category("background", "Background Activity", "gearshape.2", "processes",
+        category("background", "Background Activity", "gearshape.2", Page::processes,
                  sum < 0.75 ? Verdict{Status::good, "Normal"} : Verdict{Status::elevated, "Elevated"});
     made.evidence.push_back(
         fmt::format("Background processes are using {} of CPU (100% = one core).", Formatters::cpu(sum)));

@@ -3,6 +3,7 @@
 #include "core/judgement/EvidenceText.hpp"
 #include "core/judgement/Figures.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/Page.hpp"
 #include "core/model/PlatformWords.hpp"
 #include "core/model/Saturating.hpp"
 #include "core/model/SystemSnapshot.hpp"
@@ -33,6 +34,10 @@ struct Situation {
     const PlatformWords& words;
 };
 
+std::string pageID(Page page) {
+    return std::string(rawValue(page));
+}
+
 Level noticeIf(bool isNotice) {
     return isNotice ? Level::notice : Level::info;
 }
@@ -59,7 +64,7 @@ void findMemoryShare(const Situation& now, Insights& found) {
          .evidence = fmt::format("{} across {} processes, out of {} used by all apps.", Formatters::bytes(top->memory),
                                  top->processCount(), Formatters::bytes(total)),
          .appKey = top->key,
-         .destination = "memory"});
+         .destination = pageID(Page::memory)});
 }
 
 void findPressure(const Situation& now, Insights& found) {
@@ -75,7 +80,7 @@ void findPressure(const Situation& now, Insights& found) {
                               Text::lowered(std::string(label(memory.pressure))), Formatters::duration(*elapsed)),
          .evidence = fmt::format("Memory pressure {}%, {} compressed, {} swap.", memory.pressurePercent(),
                                  Formatters::bytes(memory.compressed), Formatters::bytes(memory.swapUsed)),
-         .destination = "memory"});
+         .destination = pageID(Page::memory)});
 }
 
 void findSwap(const Situation& now, Insights& found) {
@@ -90,7 +95,7 @@ void findSwap(const Situation& now, Insights& found) {
          .evidence = fmt::format("Swap means memory contents were written to disk because RAM ran short. "
                                  "Swap-outs right now: {}.",
                                  Formatters::whole(memory.swapOutRate)),
-         .destination = "memory"});
+         .destination = pageID(Page::memory)});
 }
 
 std::string containersText(const std::optional<DockerStatus>& docker, const PlatformWords& words) {
@@ -112,7 +117,7 @@ void findDocker(const Situation& now, Insights& found) {
                      .symbol = "shippingbox",
                      .title = fmt::format("Docker is using {}", Formatters::bytes(sum)),
                      .evidence = containersText(now.snapshot.docker, now.words),
-                     .destination = "projects"});
+                     .destination = pageID(Page::projects)});
 }
 
 void findLongServer(const Situation& now, Insights& found) {
@@ -127,7 +132,7 @@ void findLongServer(const Situation& now, Insights& found) {
          .title = fmt::format("A development server has been running for {}", Formatters::duration(longest->uptime)),
          .evidence = fmt::format("{} on port {}, {}, {}.", longest->kind, EvidenceText::ports(longest->ports),
                                  longest->activity, Formatters::bytes(longest->memory)),
-         .destination = "projects"});
+         .destination = pageID(Page::projects)});
 }
 
 void findIdleServers(const Situation& now, Insights& found) {
@@ -149,7 +154,7 @@ void findIdleServers(const Situation& now, Insights& found) {
                      .title = count == 1 ? "1 dev server looks idle" : fmt::format("{} dev servers look idle", count),
                      .evidence = fmt::format("Together they hold {} and ports {}.", Formatters::bytes(memory),
                                              EvidenceText::ports(ports)),
-                     .destination = "projects"});
+                     .destination = pageID(Page::projects)});
 }
 
 void findDrain(const Situation& now, Insights& found) {
@@ -163,7 +168,7 @@ void findDrain(const Situation& now, Insights& found) {
                      .title = "Your battery is draining faster than usual",
                      .evidence = fmt::format("{}% per hour now, versus {}% per hour on battery over the past week.",
                                              Formatters::whole(*current), Formatters::whole(*typical)),
-                     .destination = "battery"});
+                     .destination = pageID(Page::battery)});
 }
 
 void findPowerShare(const Situation& now, Insights& found) {
@@ -182,7 +187,7 @@ void findPowerShare(const Situation& now, Insights& found) {
                      .evidence = fmt::format("{} of {} measured across all apps right now.",
                                              Formatters::power(top->powerW), Formatters::power(total)),
                      .appKey = top->key,
-                     .destination = "battery"});
+                     .destination = pageID(Page::battery)});
 }
 
 void findStorageGrowth(const Situation& now, Insights& found) {
@@ -196,7 +201,7 @@ void findStorageGrowth(const Situation& now, Insights& found) {
                                                   Formatters::storage(static_cast<std::uint64_t>(growth.bytes)),
                                                   Formatters::day(growth.since)),
                              .evidence = growth.path,
-                             .destination = "storage"});
+                             .destination = pageID(Page::storage)});
 }
 
 void findLowDisk(const Situation& now, Insights& found) {
@@ -213,7 +218,7 @@ void findLowDisk(const Situation& now, Insights& found) {
                      .evidence = fmt::format("{}% of {}. {} needs free space for swap, updates and caches.",
                                              Formatters::whole(fraction * 100), Formatters::storage(root->total),
                                              now.words.systemAtStart),
-                     .destination = "storage"});
+                     .destination = pageID(Page::storage)});
 }
 
 void findModels(const Situation& now, Insights& found) {
@@ -231,7 +236,7 @@ void findModels(const Situation& now, Insights& found) {
                                       ? fmt::format("{} has {} loaded", workload.runtime, models.front())
                                       : fmt::format("{} has {} models loaded", workload.runtime, models.size()),
                          .evidence = evidence + ".",
-                         .destination = "ai"});
+                         .destination = pageID(Page::ai)});
     }
 }
 
@@ -248,7 +253,7 @@ void findHeat(const Situation& now, Insights& found) {
                      .title = fmt::format("{} reports {} thermal pressure", now.words.systemAtStart,
                                           Text::lowered(std::string(label(thermal.state)))),
                      .evidence = evidence + ".",
-                     .destination = "thermal"});
+                     .destination = pageID(Page::thermal)});
 }
 
 /// In the order in which findings of one level are shown.

@@ -36,21 +36,33 @@ std::optional<double> coveredMean(const RollingSeries& series, double least, con
     return covered ? Statistics::mean(points) : std::nullopt;
 }
 
-/// What the application did in the past hour before the rule's window, if it did that for long enough, and if `recent`
-/// stands out from it; else absent.
-std::optional<Statistics::MeanAndStdDev> exceededBaseline(const RollingSeries& cpu, double recent,
-                                                          const AlertRun& run) {
-    constexpr double hour = 3600;
+/// Whether `recent` rises above the mean of `before`, loads of a processor and so never negative. For most applications
+/// that are busy it does not: they were so before. Then not all of the hour has to be added up.
+bool risesFrom(Points before, double recent) {
+    constexpr double leastRise = 3; // times the mean
+    constexpr std::size_t atOnce = 32;
+    const auto count = static_cast<double>(before.size());
+    double sum = 0;
+    for (Points rest = before; !rest.empty();) {
+        const Points some = rest.first(std::min(atOnce, rest.size()));
+        for (const TimedValue& point : some)
+            sum += point.value;
+        if (!(recent > leastRise * (sum / count))) // what is left can only raise the mean
+            return false;
+        rest = rest.subspan(some.size());
+    }
+    return !before.empty();
+}
+
+/// What the application did in the past hour before the last `inWindow` points, if it did that for long enough, and if
+/// `recent` stands out from it; else absent.
+std::optional<Statistics::MeanAndStdDev> exceededBaseline(Points past, std::size_t inWindow, double recent) {
     constexpr double leastKnown = 1800;
     constexpr double leastDeviation = 0.02; // cores
-    const double now = run.scene.now();
-    const Points past = cpu.recent(hour, now);
     if (past.empty() || Statistics::timeSpan(past) < leastKnown)
         return std::nullopt;
-    const std::size_t inWindow = std::min(cpu.recent(run.rule.window, now).size(), past.size());
-    const Points before = past.first(past.size() - inWindow);
-    const auto mean = Statistics::mean(before);
-    if (!mean || !(recent > 3 * *mean)) // most end here, before their hour is copied
+    const Points before = past.first(past.size() - std::min(inWindow, past.size()));
+    if (!risesFrom(before, recent))
         return std::nullopt;
     std::vector<double> values;
     values.reserve(before.size());
@@ -93,13 +105,15 @@ void sustainedCPU(AlertRun& run) {
 }
 
 void unusualCPU(AlertRun& run) {
+    constexpr double hour = 3600;
     run.eachApplication([&](const std::string& key, const AppSeries& app) {
         if (key == systemKey || !mayReach(app.cpu, run.rule.threshold / 100))
             return;
-        const auto recent = app.cpu.mean(run.rule.window, run.scene.now());
+        const Points window = app.cpu.recent(run.rule.window, run.scene.now());
+        const auto recent = Statistics::mean(window);
         if (!recent || !(*recent * 100 >= run.rule.threshold))
             return;
-        const auto baseline = exceededBaseline(app.cpu, *recent, run);
+        const auto baseline = exceededBaseline(app.cpu.recent(hour, run.scene.now()), window.size(), *recent);
         if (!baseline)
             return;
         if (Alert* alert = run.fire(key, AlertSeverity::info)) {

@@ -18,7 +18,7 @@
 namespace ostrivane {
 
 /// The collectors over one machine.
-class MachineCollectors final : public Collectors {
+class MachineCollectors : public Collectors {
 public:
     explicit MachineCollectors(std::unique_ptr<Machine> asked);
 

@@ -2,38 +2,12 @@
 
 #include "core/model/Formatters.hpp"
 #include "core/model/Text.hpp"
+#include "tests/TimeZone.hpp"
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <ctime>
-
 namespace ostrivane::cli {
 namespace {
-
-/// The user's time zone, for the life of the object.
-class TimeZone {
-public:
-    explicit TimeZone(const char* name) {
-        if (const char* was = std::getenv("TZ"))
-            before = was;
-        set(name);
-    }
-    ~TimeZone() { before.empty() ? reset() : set(before.c_str()); }
-    TimeZone(const TimeZone&) = delete;
-    TimeZone& operator=(const TimeZone&) = delete;
-
-private:
-    static void set(const char* name) {
-        ::setenv("TZ", name, 1);
-        ::tzset();
-    }
-    static void reset() {
-        ::unsetenv("TZ");
-        ::tzset();
-    }
-    std::string before;
-};
 
 using Lines = std::vector<std::string>;
 

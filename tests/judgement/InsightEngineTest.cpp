@@ -1,6 +1,7 @@
 #include "core/judgement/InsightEngine.hpp"
 
 #include "core/model/PlatformWords.hpp"
+#include "tests/TimeZone.hpp"
 #include "tests/judgement/Snapshots.hpp"
 
 #include <gtest/gtest.h>
@@ -206,10 +207,7 @@ TEST_F(InsightEngineTest, namesWhoDrawsThePower) {
 }
 
 TEST_F(InsightEngineTest, tellsOfFoldersThatGrewByTheLocalDay) {
-    const char* zoneBefore = std::getenv("TZ");
-    const std::optional<std::string> zone = zoneBefore ? std::optional<std::string>(zoneBefore) : std::nullopt;
-    setenv("TZ", "UTC-14", 1); // fourteen hours ahead of UTC
-    tzset();
+    const TimeZone zone("UTC-14");     // fourteen hours ahead of UTC
     const Date evening{1'795'258'800}; // 2026-11-21 11:00 UTC
     context.storageGrowth = {{"/a", "A", 1'000'000'000, evening},
                              {"/b", "B", 1'000'000'001, evening},
@@ -222,11 +220,6 @@ TEST_F(InsightEngineTest, tellsOfFoldersThatGrewByTheLocalDay) {
     EXPECT_EQ(list[0].evidence, "/b");
     EXPECT_EQ(list[1].title, "C grew by 9.22 EB since Nov 21, 2026");
     EXPECT_EQ(list[2].title, "D grew by 2 GB since —");
-    if (zone)
-        setenv("TZ", zone->c_str(), 1);
-    else
-        unsetenv("TZ");
-    tzset();
 }
 
 TEST_F(InsightEngineTest, warnsOfAFullDisk) {
