@@ -178,7 +178,7 @@ void AppSettings::reload() {
 }
 
 Subscription AppSettings::observe(std::function<void()> observer) {
-    return changed->observers.connect(std::move(observer));
+    return changed->observers.connect(boost::signals2::signal<void()>::slot_type(std::move(observer)));
 }
 
 void AppSettings::publish() {

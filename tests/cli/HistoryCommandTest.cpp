@@ -27,8 +27,14 @@ std::int64_t currentMinute() {
 /// `ostrivanectl history` over a data folder of its own.
 class HistoryCommand : public testing::Test {
 protected:
-    HistoryCommand() { ::setenv("OSTRIVANE_DATA_DIR", data.c_str(), 1); }
-    ~HistoryCommand() override { ::unsetenv("OSTRIVANE_DATA_DIR"); }
+    HistoryCommand() {
+        ::setenv("OSTRIVANE_DATA_DIR", data.c_str(), 1);
+        ::setenv("OSTRIVANE_CONFIG_DIR", folder.path().c_str(), 1);
+    }
+    ~HistoryCommand() override {
+        ::unsetenv("OSTRIVANE_DATA_DIR");
+        ::unsetenv("OSTRIVANE_CONFIG_DIR");
+    }
 
     static Finished history(std::vector<std::string> arguments, const std::string& output = {}) {
         arguments.insert(arguments.begin(), "history");
@@ -114,6 +120,13 @@ TEST_F(HistoryCommand, readsBesideAWriter) {
     EXPECT_NE(unknown.err.find("history top --range 24H --json"), std::string::npos);
     EXPECT_NE(history({"alerts"}).out.find("Very hot"), std::string::npos);
     EXPECT_NE(history({"sessions"}).out.find("not finished"), std::string::npos);
+}
+
+TEST_F(HistoryCommand, followsTheSettings) {
+    fill();
+    EXPECT_NE(history({"status"}).out.find("Kept for    30 days"), std::string::npos);
+    folder.write("settings.ini", "[General]\nretentionDays=1\n");
+    EXPECT_NE(history({"status"}).out.find("Kept for    1 day\n"), std::string::npos);
 }
 
 TEST_F(HistoryCommand, exportsTheSameToAFileAndToAPipe) {
