@@ -45,6 +45,7 @@ int run(int argc, const char* const* argv) {
     addRecordCommand(app, status);
     addMonitorCommand(app, status);
     addHistoryCommand(app, status);
+    addSettingsCommand(app, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -21,6 +21,7 @@ void addWatchCommand(CLI::App& app, int& status);
 void addRecordCommand(CLI::App& app, int& status);
 void addMonitorCommand(CLI::App& app, int& status);
 void addHistoryCommand(CLI::App& app, int& status);
+void addSettingsCommand(CLI::App& app, int& status);
 
 /// The whole program: parses the arguments, runs the command and answers the exit status.
 int run(int argc, const char* const* argv);

@@ -2,6 +2,7 @@
 #include "cli/HistoryCommands.hpp"
 #include "cli/HistoryStatusText.hpp"
 #include "cli/Output.hpp"
+#include "cli/Question.hpp"
 #include "core/history/HistoryLock.hpp"
 #include "core/model/JSON.hpp"
 #include "core/model/Text.hpp"
@@ -12,28 +13,13 @@
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <variant>
 
-#include <unistd.h>
-
 namespace ostrivane::cli {
 
 namespace {
-
-bool isAgreed(const HistoryPlace& place) {
-    const std::string question = fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends "
-                                             "are removed for good. [y/N] ",
-                                             Text::visible(place.file));
-    std::fwrite(question.data(), 1, question.size(), stderr);
-    std::string answer;
-    std::getline(std::cin, answer);
-    answer = Text::lowered(std::string(Text::trimmed(answer)));
-    return answer == "y" || answer == "yes";
-}
 
 int refuse(std::int64_t pid, const std::string& name) {
     const std::string writer = name.empty() ? "another program" : name;
@@ -76,10 +62,8 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
 }
 
 int clear(bool isAgreedTo, bool asJSON) {
-    if (!isAgreedTo && !::isatty(STDIN_FILENO)) {
-        writeError("there is no terminal to ask on; \"--yes\" deletes without asking");
+    if (!isAgreedTo && !canAsk())
         return misused;
-    }
     const auto place = historyPlace();
     if (!place)
         return failed;
@@ -91,7 +75,9 @@ int clear(bool isAgreedTo, bool asJSON) {
         return statusAfter(writeOut(noHistoryText(*place)));
     if (place->writer)
         return refuse(place->writer->pid, place->writer->name);
-    if (!isAgreedTo && !isAgreed(*place))
+    if (!isAgreedTo && !isAgreed(fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends "
+                                             "are removed for good.",
+                                             Text::visible(place->file))))
         return statusAfter(writeOut("Nothing was deleted.\n"));
     const auto lock = HistoryLock::take(place->folder, "ostrivanectl history clear");
     if (const auto* holder = std::get_if<HistoryLock::Holder>(&lock))

@@ -1,5 +1,6 @@
 #include "cli/HistoryReader.hpp"
 
+#include "app/model/AppSettings.hpp"
 #include "cli/HistoryPlace.hpp"
 
 #include <boost/asio/any_io_executor.hpp>
@@ -9,8 +10,10 @@ namespace ostrivane::cli {
 
 HistoryReader::HistoryReader(const HistoryPlace& place, HistoryAccess access)
     : placeProblem(place.problem), context(std::make_unique<boost::asio::io_context>(1)) {
-    if (place.exists && !place.problem)
-        store = std::make_unique<HistoryStore>(context->get_executor(), place.file, HistoryOptions{access, {}});
+    if (!place.exists || place.problem)
+        return;
+    store = std::make_unique<HistoryStore>(context->get_executor(), place.file, HistoryOptions{access, {}});
+    store->setRetention(AppSettings(nativeKeyValueStore())->retentionDays);
 }
 
 HistoryReader::~HistoryReader() = default;

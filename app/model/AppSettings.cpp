@@ -22,7 +22,7 @@ void forEachChoice(const Visit& visit) {
 }
 
 template <class Value>
-std::optional<Value> stored(const KeyValueStore& store, std::string_view key) {
+std::optional<Value> read(const KeyValueStore& store, std::string_view key) {
     if constexpr (std::is_same_v<Value, bool>) {
         return store.boolean(key);
     } else if constexpr (std::is_same_v<Value, double>) {
@@ -70,6 +70,11 @@ void topUp(std::vector<AlertRule>& rules) {
             rules.push_back(rule);
 }
 
+void topUp(Preferences& loaded) {
+    topUp(loaded.menuBarItems);
+    topUp(loaded.alertRules);
+}
+
 void showUnits(const Preferences& chosen) {
     Formatters::temperatureUnit = chosen.temperatureUnit;
     Formatters::rateUnit = chosen.rateUnit;
@@ -87,7 +92,7 @@ struct AppSettings::Signal {
 };
 
 AppSettings::AppSettings(std::unique_ptr<KeyValueStore> keeper)
-    : store(std::move(keeper)), chosen(load()), changed(std::make_unique<Signal>()) {
+    : store(std::move(keeper)), stored(load()), chosen(stored), changed(std::make_unique<Signal>()) {
     showUnits(chosen);
 }
 
@@ -96,11 +101,10 @@ AppSettings::~AppSettings() = default;
 Preferences AppSettings::load() const {
     Preferences loaded;
     forEachChoice([&]<class Value>(std::string_view key, Value Preferences::*choice) {
-        if (auto value = stored<Value>(*store, key))
+        if (auto value = read<Value>(*store, key))
             loaded.*choice = *std::move(value);
     });
-    topUp(loaded.menuBarItems);
-    topUp(loaded.alertRules);
+    topUp(loaded);
     return loaded;
 }
 
@@ -112,6 +116,8 @@ void AppSettings::set(Value Preferences::*member, std::type_identity_t<Value> va
             if (choice == member)
                 keep(*store, key, chosen.*member);
     });
+    stored.*member = chosen.*member;
+    topUp(stored);
     publish();
 }
 
@@ -145,7 +151,7 @@ void AppSettings::resetAll() {
         for (const std::string& key : store->keys())
             if (!outlivesReset(key))
                 store->remove(key);
-        const Preferences fresh = load();
+        const Preferences fresh = stored = load();
         // In this order, and without what the user arranges while working: that stays until the next start.
         const auto assign = [&](auto... members) { (set(members, fresh.*members), ...); };
         using P = Preferences;
@@ -158,13 +164,12 @@ void AppSettings::resetAll() {
 }
 
 void AppSettings::reload() {
-    const Preferences before = load();
     store->reload();
-    const Preferences after = load();
+    const Preferences before = std::exchange(stored, load());
     Preferences now = chosen;
     forEachChoice([&](std::string_view, auto choice) {
-        if (before.*choice != after.*choice) // what only lives in memory stays
-            now.*choice = after.*choice;
+        if (before.*choice != stored.*choice) // what only lives in memory stays
+            now.*choice = stored.*choice;
     });
     if (now == chosen)
         return;

@@ -50,6 +50,7 @@ private:
     void publish();
 
     std::unique_ptr<KeyValueStore> store;
+    Preferences stored; ///< as the store had them last, own writes included
     Preferences chosen;
     std::unique_ptr<Signal> changed;
 };

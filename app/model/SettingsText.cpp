@@ -38,7 +38,7 @@ Layout layoutOf(std::string_view text) {
         const std::size_t feed = text.find('\n', start);
         const std::size_t end = feed == std::string_view::npos ? text.size() : feed + 1;
         std::string_view line = text.substr(start, end - start);
-        if (start == 0 && line.starts_with(byteOrderMark))
+        if (line.starts_with(byteOrderMark)) // on any line: the one above may go
             line.remove_prefix(byteOrderMark.size());
         line = Text::trimmed(line);
         if (line.starts_with('[') && line.ends_with(']')) {

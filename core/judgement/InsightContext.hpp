@@ -23,7 +23,6 @@ struct InsightContext {
     std::optional<double> typicalDrainPerHour; ///< percent of the battery, over the past week
     std::vector<StorageGrowth> storageGrowth;
     std::optional<double> cpuAverage5m; ///< load of the whole machine, a fraction
-    bool swapReachesDisk = true;        ///< false where all swap is memory, compressed (zram)
 };
 
 } // namespace ostrivane

@@ -85,7 +85,7 @@ void findPressure(const Situation& now, Insights& found) {
 
 void findSwap(const Situation& now, Insights& found) {
     const MemorySnapshot& memory = now.snapshot.memory;
-    if (memory.swapUsed <= gibibyte || !now.context.swapReachesDisk)
+    if (memory.swapUsed <= gibibyte || memory.swapIsMemory)
         return;
     found.push_back(
         {.id = "swap",

@@ -28,6 +28,7 @@ struct MemorySnapshot {
     std::uint64_t used = 0;
     std::uint64_t swapTotal = 0;
     std::uint64_t swapUsed = 0;
+    bool swapIsMemory = false;  ///< all swap is memory, compressed: nothing of it is written to a disk
     std::uint64_t swapIns = 0;  ///< pages since boot
     std::uint64_t swapOuts = 0; ///< pages since boot
     double swapInRate = 0;      ///< pages per second
@@ -44,8 +45,8 @@ struct MemorySnapshot {
     friend bool operator==(const MemorySnapshot&, const MemorySnapshot&) = default;
 };
 BOOST_DESCRIBE_STRUCT(MemorySnapshot, (),
-                      (total, app, wired, compressed, cached, free, used, swapTotal, swapUsed, swapIns, swapOuts,
-                       swapInRate, swapOutRate, pressure, availablePercent))
+                      (total, app, wired, compressed, cached, free, used, swapTotal, swapUsed, swapIsMemory, swapIns,
+                       swapOuts, swapInRate, swapOutRate, pressure, availablePercent))
 static_assert(describesEveryMember<MemorySnapshot>);
 inline const MemorySnapshot MemorySnapshot::empty{};
 

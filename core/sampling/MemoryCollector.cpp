@@ -32,6 +32,7 @@ MemorySnapshot compute(const MemoryReading& reading, const std::optional<VMCount
     const SwapUsage swap = reading.swap.value_or(SwapUsage{});
     snapshot.swapTotal = swap.total;
     snapshot.swapUsed = swap.used;
+    snapshot.swapIsMemory = swap.isMemory;
     snapshot.swapIns = pages.swapins;
     snapshot.swapOuts = pages.swapouts;
     if (previous) {

@@ -122,7 +122,7 @@ TEST_F(InsightEngineTest, tellsOfSwapOnADisk) {
     snapshot.memory.swapUsed += 1;
     snapshot.memory.swapOutRate = -infinity;
     EXPECT_EQ(found("swap").level, Level::notice);
-    context.swapReachesDisk = false;
+    snapshot.memory.swapIsMemory = true;
     EXPECT_FALSE(has("swap"));
 }
 

@@ -47,6 +47,13 @@ enum TypeID : CFTypeID {
 
 std::set<CFTypeRef> live;
 
+/// The two booleans belong to the system: nobody counts references to them.
+const Object yes{true}, no{false};
+
+bool isImmortal(CFTypeRef reference) {
+    return reference == &yes || reference == &no;
+}
+
 const Object* newObject(decltype(Object::value) value) {
     const auto* object = new Object{std::move(value)};
     live.insert(object);
@@ -55,7 +62,7 @@ const Object* newObject(decltype(Object::value) value) {
 
 /// The object behind a reference; a dead one is a fault, and null.
 const Object* alive(CFTypeRef reference, const char* call) {
-    if (live.contains(reference))
+    if (isImmortal(reference) || live.contains(reference))
         return static_cast<const Object*>(reference);
     macsim::fault(std::string(call) + (reference ? " of an object that is gone" : " of NULL"));
     return nullptr;
@@ -141,7 +148,45 @@ const Object* partOf(CFBundleRef reference, const char* part, const char* call) 
 
 boost::json::object bundlesByPath;
 
+boost::json::value jsonOfObject(const Object& object);
+
+boost::json::value jsonOfData(const std::vector<UInt8>& bytes) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string hex;
+    for (const UInt8 byte : bytes)
+        hex += {digits[byte >> 4U], digits[byte & 15U]};
+    return {{"$data", hex}};
+}
+
+boost::json::value jsonOfObject(const Object& object) {
+    return std::visit(
+        []<class Value>(const Value& value) -> boost::json::value {
+            if constexpr (std::is_same_v<Value, std::string> || std::is_arithmetic_v<Value>) {
+                return boost::json::value(value);
+            } else if constexpr (std::is_same_v<Value, List>) {
+                boost::json::array array;
+                for (const Object* element : value)
+                    array.push_back(jsonOfObject(*element));
+                return array;
+            } else if constexpr (std::is_same_v<Value, Dictionary>) {
+                boost::json::object members;
+                for (const auto& [key, member] : value)
+                    members[key] = jsonOfObject(*member);
+                return members;
+            } else if constexpr (std::is_same_v<Value, std::vector<UInt8>>) {
+                return jsonOfData(value);
+            } else {
+                macsim::fault("no property list");
+                return nullptr;
+            }
+        },
+        object.value);
+}
+
 } // namespace
+
+const CFBooleanRef kCFBooleanTrue = reinterpret_cast<CFBooleanRef>(&yes);
+const CFBooleanRef kCFBooleanFalse = reinterpret_cast<CFBooleanRef>(&no);
 
 namespace macsim {
 
@@ -152,6 +197,11 @@ CFTypeRef newObject(const boost::json::value& value) {
 std::string textOf(CFTypeRef object) {
     const auto* text = valueOf<std::string>(object, "reading the text");
     return text ? *text : std::string();
+}
+
+boost::json::value jsonOf(CFTypeRef object) {
+    const Object* found = alive(object, "reading");
+    return found ? jsonOfObject(*found) : boost::json::value();
 }
 
 void forgetObjects() {
@@ -176,7 +226,7 @@ void resetBundles() {
 
 void CFRelease(CFTypeRef reference) {
     const Object* object = alive(reference, "CFRelease");
-    if (!object || --object->references > 0)
+    if (!object || isImmortal(reference) || --object->references > 0)
         return;
     if (const auto* list = std::get_if<List>(&object->value))
         for (const Object* element : *list)
@@ -194,6 +244,13 @@ CFTypeID CFGetTypeID(CFTypeRef reference) {
     return object ? typeOf(*object) : 0;
 }
 
+Boolean CFEqual(CFTypeRef one, CFTypeRef other) {
+    return macsim::jsonOf(one) == macsim::jsonOf(other);
+}
+
+CFTypeID CFBooleanGetTypeID() {
+    return booleanType;
+}
 CFTypeID CFStringGetTypeID() {
     return stringType;
 }
@@ -241,23 +298,40 @@ Boolean CFStringGetCString(CFStringRef string, char* buffer, CFIndex size, CFStr
     return 1;
 }
 
+Boolean CFBooleanGetValue(CFBooleanRef boolean) {
+    const auto* value = valueOf<bool>(boolean, "CFBooleanGetValue");
+    return value && *value;
+}
+
+CFNumberRef CFNumberCreate(CFAllocatorRef, CFNumberType type, const void* value) {
+    if (macsim::refused("CFNumberCreate"))
+        return nullptr;
+    const Object* made = type == kCFNumberDoubleType ? newObject(*static_cast<const double*>(value))
+                                                     : newObject(*static_cast<const std::int64_t*>(value));
+    return reinterpret_cast<CFNumberRef>(made);
+}
+
 /// Stores a value also when it loses something by it.
 Boolean CFNumberGetValue(CFNumberRef number, CFNumberType type, void* value) {
     const Object* object = alive(number, "CFNumberGetValue");
-    if (!object || type != kCFNumberSInt64Type)
+    if (!object)
         return 0;
-    auto& stored = *static_cast<std::int64_t*>(value);
-    if (const auto* whole = std::get_if<std::int64_t>(&object->value)) {
-        stored = *whole;
-        return 1;
-    }
+    const auto* whole = std::get_if<std::int64_t>(&object->value);
     const auto* fraction = std::get_if<double>(&object->value);
-    if (!fraction) {
+    if (!whole && !fraction) {
         macsim::fault("CFNumberGetValue of an object of another type");
         return 0;
     }
-    stored = static_cast<std::int64_t>(*fraction);
-    return std::trunc(*fraction) == *fraction;
+    if (type == kCFNumberDoubleType) {
+        *static_cast<double*>(value) = whole ? static_cast<double>(*whole) : *fraction;
+        return 1;
+    }
+    *static_cast<std::int64_t*>(value) = whole ? *whole : static_cast<std::int64_t>(*fraction);
+    return whole || std::trunc(*fraction) == *fraction;
+}
+
+CFDataRef CFDataCreate(CFAllocatorRef, const UInt8* bytes, CFIndex count) {
+    return reinterpret_cast<CFDataRef>(newObject(std::vector<UInt8>(bytes, bytes + count)));
 }
 
 CFIndex CFDataGetLength(CFDataRef data) {

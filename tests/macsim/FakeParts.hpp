@@ -16,7 +16,11 @@ CFTypeRef newObject(const boost::json::value& value);
 /// The text of a string object; empty for a dead reference or another type.
 std::string textOf(CFTypeRef object);
 
+/// What `newObject` would make it of.
+boost::json::value jsonOf(CFTypeRef object);
+
 void resetBundles();
+void resetPreferences();
 void resetRegistry();
 void resetMach();
 void resetSysctls();

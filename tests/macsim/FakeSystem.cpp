@@ -23,6 +23,7 @@ std::set<std::string, std::less<>> refusals;
 void reset() {
     refusals.clear();
     resetBundles();
+    resetPreferences();
     resetRegistry();
     resetMach();
     resetSysctls();

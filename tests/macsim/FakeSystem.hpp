@@ -52,6 +52,9 @@ boost::json::object& registry();
 /// What opens as a bundle, by path: its dictionaries "plain" and "localized", of which it may lack either.
 boost::json::object& bundles();
 
+/// The user's preferences, by domain and key; {"$data": "00ff"} is binary data. A change is another program's.
+boost::json::object& preferences();
+
 struct Mach {
     std::vector<std::array<std::uint32_t, 4>> ticks;
     std::size_t missingCounters = 0; ///< how many fewer are handed out than the cores have

@@ -31,10 +31,11 @@ static_assert(describesEveryMember<VMCounters>);
 struct SwapUsage {
     std::uint64_t total = 0; ///< bytes
     std::uint64_t used = 0;  ///< bytes
+    bool isMemory = false;   ///< all of it is memory, compressed (zram): nothing is written to a disk
 
     friend bool operator==(const SwapUsage&, const SwapUsage&) = default;
 };
-BOOST_DESCRIBE_STRUCT(SwapUsage, (), (total, used))
+BOOST_DESCRIBE_STRUCT(SwapUsage, (), (total, used, isMemory))
 static_assert(describesEveryMember<SwapUsage>);
 
 /// Everything about memory at one moment. What the system would not tell is absent.

@@ -62,10 +62,13 @@ std::optional<std::int64_t> pressureLevel(const MemoryFigures& figures, std::opt
     return available ? std::max(level, floorLevel(*available, figures.meminfo)) : level;
 }
 
-std::optional<SwapUsage> swapUsage(const Meminfo& info) {
+std::optional<SwapUsage> swapUsage(const MemoryFigures& figures) {
+    const Meminfo& info = figures.meminfo;
     if (!info.swapTotal || !info.swapFree)
         return std::nullopt;
-    return SwapUsage{.total = *info.swapTotal, .used = flooredDifference(*info.swapTotal, *info.swapFree)};
+    return SwapUsage{.total = *info.swapTotal,
+                     .used = flooredDifference(*info.swapTotal, *info.swapFree),
+                     .isMemory = figures.swapIsMemory};
 }
 
 VMCounters counters(const MemoryFigures& figures, std::uint64_t pageSize) {
@@ -104,7 +107,7 @@ std::optional<MemoryReading> MemoryFigures::reading(std::uint64_t pageSize) cons
         return std::nullopt;
     MemoryReading reading;
     reading.counters = counters(*this, pageSize);
-    reading.swap = swapUsage(meminfo);
+    reading.swap = swapUsage(*this);
     if (meminfo.available)
         reading.availablePercent = percent(saturatingSum(*meminfo.available, reclaimableFileCache), *meminfo.total);
     reading.pressureLevel = pressureLevel(*this, reading.availablePercent);

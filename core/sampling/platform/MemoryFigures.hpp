@@ -16,6 +16,7 @@ struct MemoryFigures {
     Vmstat::SwapTraffic swapTraffic;
     std::optional<PressureStall> pressure;  ///< absent where the kernel does not measure it
     std::uint64_t zram = 0;                 ///< bytes of memory that compressed block devices take
+    bool swapIsMemory = false;              ///< whether every area of swap is such a device
     std::uint64_t reclaimableFileCache = 0; ///< bytes that file systems with a cache of their own would give back
 
     /// The same as pages of `pageSize` bytes. What no line names (kernel, page tables, drivers) counts as wired, and

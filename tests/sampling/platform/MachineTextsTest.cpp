@@ -3,6 +3,7 @@
 #include "core/sampling/platform/CoreTopology.hpp"
 #include "core/sampling/platform/MachineName.hpp"
 #include "core/sampling/platform/ProcLoadavg.hpp"
+#include "core/sampling/platform/ProcSwaps.hpp"
 #include "core/sampling/platform/ProcUptime.hpp"
 
 #include <gtest/gtest.h>
@@ -137,6 +138,16 @@ TEST(ProcLoadavg, needsAllThree) {
     EXPECT_EQ(ProcLoadavg::parse("1.42 1.10 0.87 2/1544 42107\n"), (LoadAverage{1.42, 1.10, 0.87}));
     for (const char* text : {"", "1.42", "1.42 1.10\n", "1 2 x", "1 -2 3", "nan 1 1"})
         EXPECT_FALSE(ProcLoadavg::parse(text)) << text;
+}
+
+TEST(ProcSwaps, areMemoryOnlyWhenEveryAreaIs) {
+    const std::string head = "Filename\t\t\t\tType\t\tSize\t\tUsed\t\tPriority\n";
+    const std::string zram = "/dev/zram0                              partition\t1024\t0\t100\n";
+    EXPECT_TRUE(ProcSwaps::areAllMemory(head + zram));
+    EXPECT_TRUE(ProcSwaps::areAllMemory(head + zram + "/dev/zram1 partition 1 0 1"));
+    EXPECT_FALSE(ProcSwaps::areAllMemory(head + zram + "/swapfile file 1 0 1\n"));
+    for (const std::string& none : {std::string(), head, zram, std::string("\n")})
+        EXPECT_FALSE(ProcSwaps::areAllMemory(none)) << none;
 }
 
 TEST(ProcUptime, isTheFirstOfTheTwo) {

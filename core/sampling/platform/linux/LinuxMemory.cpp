@@ -4,6 +4,7 @@
 #include "core/model/Text.hpp"
 #include "core/sampling/platform/ARCStats.hpp"
 #include "core/sampling/platform/MemoryFigures.hpp"
+#include "core/sampling/platform/ProcSwaps.hpp"
 #include "core/sampling/platform/ZRAMStat.hpp"
 
 #include <algorithm>
@@ -20,7 +21,8 @@ constexpr int readingsPerSearch = 30;
 LinuxMemory::LinuxMemory(const RootFolder& folder, std::uint64_t bytesPerPage)
     : root(folder), pageSize(bytesPerPage), meminfo(folder, "proc/meminfo"), vmstat(folder, "proc/vmstat"),
       pressure(folder, "proc/pressure/memory", KeptFile::Presence::optional),
-      arcstats(folder, "proc/spl/kstat/zfs/arcstats", KeptFile::Presence::optional) {}
+      arcstats(folder, "proc/spl/kstat/zfs/arcstats", KeptFile::Presence::optional),
+      swaps(folder, "proc/swaps", KeptFile::Presence::optional) {}
 
 std::optional<MemoryReading> LinuxMemory::reading() {
     const auto info = meminfo.read();
@@ -36,6 +38,9 @@ std::optional<MemoryReading> LinuxMemory::reading() {
     if (const auto text = arcstats.read())
         figures.reclaimableFileCache = ARCStats::reclaimable(*text).value_or(0);
     figures.zram = takenByDevices();
+    if (!devices.empty())
+        if (const auto text = swaps.read())
+            figures.swapIsMemory = ProcSwaps::areAllMemory(*text);
     return figures.reading(pageSize);
 }
 

@@ -35,6 +35,7 @@ private:
     KeptFile vmstat;
     KeptFile pressure;
     KeptFile arcstats;
+    KeptFile swaps;
     std::vector<CompressedDevice> devices;
     int readingsToSearch = 0;
     Vmstat::SwapTraffic swapTraffic; ///< the last known: counters that fell to 0 would come back as a burst

@@ -1,5 +1,6 @@
 #include "core/sampling/platform/macos/CFValue.hpp"
 
+#include <cmath>
 #include <cstring>
 
 namespace ostrivane::CFValue {
@@ -32,6 +33,12 @@ std::optional<std::string> string(CFTypeRef value) {
     return utf8;
 }
 
+std::optional<bool> boolean(CFTypeRef value) {
+    if (!hasType(value, CFBooleanGetTypeID()))
+        return std::nullopt;
+    return CFBooleanGetValue(static_cast<CFBooleanRef>(value)) != 0;
+}
+
 std::optional<std::int64_t> integer(CFTypeRef value) {
     if (!hasType(value, CFNumberGetTypeID()))
         return std::nullopt;
@@ -40,6 +47,15 @@ std::optional<std::int64_t> integer(CFTypeRef value) {
     if (!CFNumberGetValue(static_cast<CFNumberRef>(value), kCFNumberSInt64Type, &number))
         return std::nullopt;
     return number;
+}
+
+std::optional<double> number(CFTypeRef value) {
+    if (!hasType(value, CFNumberGetTypeID()))
+        return std::nullopt;
+    double number = 0;
+    // The result tells of digits that were lost, which is no harm here.
+    CFNumberGetValue(static_cast<CFNumberRef>(value), kCFNumberDoubleType, &number);
+    return std::isfinite(number) ? std::optional(number) : std::nullopt;
 }
 
 std::optional<std::span<const std::byte>> data(CFTypeRef value) {

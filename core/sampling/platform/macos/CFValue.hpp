@@ -17,8 +17,13 @@ CFHandle<CFStringRef> newString(std::string_view utf8);
 
 std::optional<std::string> string(CFTypeRef value);
 
+std::optional<bool> boolean(CFTypeRef value);
+
 /// A whole number that fits; a boolean is none.
 std::optional<std::int64_t> integer(CFTypeRef value);
+
+/// The same with a fraction, and finite.
+std::optional<double> number(CFTypeRef value);
 
 /// Binary data. The bytes are the value's own and live as long as it does.
 std::optional<std::span<const std::byte>> data(CFTypeRef value);

@@ -173,7 +173,7 @@ TEST_F(LinuxTrees, desktopCountsTheCacheOfZFSAsCacheAndZRAMAsCompressed) {
     EXPECT_EQ(reading->counters.compressor, 271360u);
     EXPECT_EQ(reading->counters.wired, 1825436u);
     EXPECT_EQ(reading->availablePercent, 65);
-    EXPECT_EQ(reading->swap, (SwapUsage{.total = 16777212ull * 1024, .used = 4194304ull * 1024}));
+    EXPECT_EQ(reading->swap, (SwapUsage{.total = 16777212ull * 1024, .used = 4194304ull * 1024, .isMemory = true}));
 
     tree.write("sys/devices/virtual/block/zram0/initstate", "0\n");
     EXPECT_EQ(machine.memory().reading()->counters.compressor, 0u) << "a device that was taken down";
