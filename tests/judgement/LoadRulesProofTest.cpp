@@ -3,7 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <map>
 #include <random>
+#include <string>
+#include <vector>
 
 namespace ostrivane {
 

@@ -6,7 +6,7 @@
 #include "core/model/Statistics.hpp"
 #include "core/model/SystemSnapshot.hpp"
 
-#include <cmath>
+#include <algorithm>
 #include <map>
 #include <optional>
 #include <set>

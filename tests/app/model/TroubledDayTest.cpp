@@ -6,9 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <map>
-#include <numeric>
+#include <string>
+#include <string_view>
+#include <vector>
 
 // The figures here were worked out from the README of the recording.
 
