@@ -1,4 +1,5 @@
 #include "cli/Commands.hpp"
+#include "cli/Consent.hpp"
 #include "cli/HistoryCommands.hpp"
 #include "cli/HistoryStatusText.hpp"
 #include "cli/Output.hpp"
@@ -12,27 +13,17 @@
 #include <fmt/format.h>
 
 #include <cstdint>
-#include <cstdio>
-#include <iostream>
 #include <memory>
 #include <string>
 #include <variant>
-
-#include <unistd.h>
 
 namespace ostrivane::cli {
 
 namespace {
 
-bool isAgreed(const HistoryPlace& place) {
-    const std::string question = fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends "
-                                             "are removed for good. [y/N] ",
-                                             Text::visible(place.file));
-    std::fwrite(question.data(), 1, question.size(), stderr);
-    std::string answer;
-    std::getline(std::cin, answer);
-    answer = Text::lowered(std::string(Text::trimmed(answer)));
-    return answer == "y" || answer == "yes";
+std::string question(const HistoryPlace& place) {
+    return fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends are removed for good.",
+                       Text::visible(place.file));
 }
 
 int refuse(std::int64_t pid, const std::string& name) {
@@ -57,9 +48,7 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
         return failed;
     }
     history.order([](HistoryStore& store) { store.clearAll(); });
-    using Problem = std::optional<std::string>;
-    const auto problem =
-        history.ask<Problem>([](HistoryStore& store, auto answer) { store.problem(std::move(answer)); });
+    const auto problem = history.writeProblem();
     const auto after = history.status();
     if (!before || !after || !isEmpty(*after)) {
         writeError(fmt::format("{} could not be emptied: {}; where it is damaged, remove it and another one is begun",
@@ -76,10 +65,8 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
 }
 
 int clear(bool isAgreedTo, bool asJSON) {
-    if (!isAgreedTo && !::isatty(STDIN_FILENO)) {
-        writeError("there is no terminal to ask on; \"--yes\" deletes without asking");
+    if (!canDecide(isAgreedTo))
         return misused;
-    }
     const auto place = historyPlace();
     if (!place)
         return failed;
@@ -91,7 +78,7 @@ int clear(bool isAgreedTo, bool asJSON) {
         return statusAfter(writeOut(noHistoryText(*place)));
     if (place->writer)
         return refuse(place->writer->pid, place->writer->name);
-    if (!isAgreedTo && !isAgreed(*place))
+    if (!isAgreedTo && !isAgreed(question(*place)))
         return statusAfter(writeOut("Nothing was deleted.\n"));
     const auto lock = HistoryLock::take(place->folder, "ostrivanectl history clear");
     if (const auto* holder = std::get_if<HistoryLock::Holder>(&lock))
