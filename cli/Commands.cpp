@@ -8,9 +8,12 @@
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,6 +28,17 @@ void keepStandardDescriptors() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
         if (::fcntl(descriptor, F_GETFD) < 0)
             ::open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+}
+
+/// What stands behind the "--" of "session run", which is then no argument of ours: the parser would read a meaning
+/// into it.
+std::vector<std::string> takeCommand(int& argc, const char* const* argv) {
+    const std::vector<std::string> words(argv, argv + argc);
+    const auto mark = std::ranges::find(words, "--");
+    if (mark - words.begin() < 3 || words[1] != "session" || words[2] != "run" || mark == words.end())
+        return {};
+    argc = static_cast<int>(mark - words.begin());
+    return {mark + 1, words.end()};
 }
 
 } // namespace
@@ -46,6 +60,11 @@ int run(int argc, const char* const* argv) {
     addMonitorCommand(app, status);
     addHistoryCommand(app, status);
     addSettingsCommand(app, status);
+    addHealthCommand(app, status);
+    addInsightsCommand(app, status);
+    addAlertsCommand(app, status);
+    const std::vector<std::string> command = takeCommand(argc, argv);
+    addSessionCommand(app, command, status);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+#include <vector>
+
 namespace CLI {
 class App;
 }
@@ -22,6 +25,11 @@ void addRecordCommand(CLI::App& app, int& status);
 void addMonitorCommand(CLI::App& app, int& status);
 void addHistoryCommand(CLI::App& app, int& status);
 void addSettingsCommand(CLI::App& app, int& status);
+void addHealthCommand(CLI::App& app, int& status);
+void addInsightsCommand(CLI::App& app, int& status);
+void addAlertsCommand(CLI::App& app, int& status);
+/// @param command  what stands behind "--", for "session run"
+void addSessionCommand(CLI::App& app, const std::vector<std::string>& command, int& status);
 
 /// The whole program: parses the arguments, runs the command and answers the exit status.
 int run(int argc, const char* const* argv);

@@ -1,8 +1,8 @@
 #include "cli/Commands.hpp"
+#include "cli/Consent.hpp"
 #include "cli/HistoryCommands.hpp"
 #include "cli/HistoryStatusText.hpp"
 #include "cli/Output.hpp"
-#include "cli/Question.hpp"
 #include "core/history/HistoryLock.hpp"
 #include "core/model/JSON.hpp"
 #include "core/model/Text.hpp"
@@ -20,6 +20,11 @@
 namespace ostrivane::cli {
 
 namespace {
+
+std::string question(const HistoryPlace& place) {
+    return fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends are removed for good.",
+                       Text::visible(place.file));
+}
 
 int refuse(std::int64_t pid, const std::string& name) {
     const std::string writer = name.empty() ? "another program" : name;
@@ -43,9 +48,7 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
         return failed;
     }
     history.order([](HistoryStore& store) { store.clearAll(); });
-    using Problem = std::optional<std::string>;
-    const auto problem =
-        history.ask<Problem>([](HistoryStore& store, auto answer) { store.problem(std::move(answer)); });
+    const auto problem = history.writeProblem();
     const auto after = history.status();
     if (!before || !after || !isEmpty(*after)) {
         writeError(fmt::format("{} could not be emptied: {}; where it is damaged, remove it and another one is begun",
@@ -62,7 +65,7 @@ int clearLocked(const HistoryPlace& place, bool asJSON) {
 }
 
 int clear(bool isAgreedTo, bool asJSON) {
-    if (!isAgreedTo && !canAsk())
+    if (!canDecide(isAgreedTo))
         return misused;
     const auto place = historyPlace();
     if (!place)
@@ -75,9 +78,7 @@ int clear(bool isAgreedTo, bool asJSON) {
         return statusAfter(writeOut(noHistoryText(*place)));
     if (place->writer)
         return refuse(place->writer->pid, place->writer->name);
-    if (!isAgreedTo && !isAgreed(fmt::format("Delete all history in {}? Samples, alerts, sessions and storage trends "
-                                             "are removed for good.",
-                                             Text::visible(place->file))))
+    if (!isAgreedTo && !isAgreed(question(*place)))
         return statusAfter(writeOut("Nothing was deleted.\n"));
     const auto lock = HistoryLock::take(place->folder, "ostrivanectl history clear");
     if (const auto* holder = std::get_if<HistoryLock::Holder>(&lock))

@@ -1,9 +1,9 @@
 #include "cli/Commands.hpp"
+#include "cli/HistoryAnswer.hpp"
 #include "cli/HistoryCommands.hpp"
 #include "cli/HistoryStatusText.hpp"
 #include "cli/HistoryText.hpp"
 #include "cli/Output.hpp"
-#include "cli/Session.hpp"
 #include "core/model/JSON.hpp"
 
 #include <CLI/App.hpp>
@@ -26,7 +26,7 @@ namespace {
 struct HistoryRequest {
     std::string range{rawValue(HistoryRange::hours24)};
     std::string application;
-    std::int64_t limit = 20;
+    std::int64_t limit = defaultListLimit;
     bool json = false;
     bool withTable = false;
 };
@@ -49,28 +49,7 @@ std::string json(const Record& record) {
     return JSON::text(record) + "\n";
 }
 
-/// What a subcommand prints, or why it cannot.
-struct Answer {
-    std::string text;
-    std::optional<std::string> problem = std::nullopt;
-};
-using Presentation = std::function<Answer(HistoryReader&, const HistoryRequest&)>;
-
-int print(const HistoryRequest& request, const Presentation& present) {
-    const auto place = historyPlace();
-    if (!place)
-        return failed;
-    if (!place->exists && !place->problem && !request.json)
-        return statusAfter(writeOut(noHistoryText(*place)));
-    HistoryReader history(*place, HistoryAccess::readOnly);
-    const Answer answer = present(history, request);
-    const auto unread = history.problem(); // says more than that nothing was found
-    if (unread || answer.problem) {
-        writeError(unread ? *unread : *answer.problem);
-        return failed;
-    }
-    return statusAfter(writeOut(answer.text));
-}
+using Presentation = std::function<HistoryAnswer(HistoryReader&, const HistoryRequest&)>;
 
 int printStatus(const HistoryRequest& request) {
     const auto place = historyPlace();
@@ -86,7 +65,7 @@ int printStatus(const HistoryRequest& request) {
     return statusAfter(written);
 }
 
-Answer rows(HistoryReader& history, const HistoryRequest& request) {
+HistoryAnswer rows(HistoryReader& history, const HistoryRequest& request) {
     const Date now = currentDate();
     const auto found = rowsOf(history, rangeOf(request), now);
     return {request.json ? json(found) : rowsText(found, rangeOf(request), now, request.withTable, layoutNow())};
@@ -97,19 +76,19 @@ std::vector<AppUsageSummary> applications(HistoryReader& history, HistoryRange r
         [&](HistoryStore& store, auto answer) { store.topApps(lastOf(range, now).start, limit, std::move(answer)); });
 }
 
-Answer top(HistoryReader& history, const HistoryRequest& request) {
+HistoryAnswer top(HistoryReader& history, const HistoryRequest& request) {
     const auto found = applications(history, rangeOf(request), currentDate(), request.limit);
     return {request.json ? json(found) : topText(found, rangeOf(request), terminalWidth())};
 }
 
-Answer totals(HistoryReader& history, const HistoryRequest& request) {
+HistoryAnswer totals(HistoryReader& history, const HistoryRequest& request) {
     const auto found = history.ask<Totals>([&](HistoryStore& store, auto answer) {
         store.totals(lastOf(rangeOf(request), currentDate()).start, std::move(answer));
     });
     return {request.json ? json(found) : totalsText(found, rangeOf(request))};
 }
 
-Answer application(HistoryReader& history, const HistoryRequest& request) {
+HistoryAnswer application(HistoryReader& history, const HistoryRequest& request) {
     constexpr std::int64_t all = -1;
     const HistoryRange range = rangeOf(request);
     const Date now = currentDate();
@@ -124,18 +103,6 @@ Answer application(HistoryReader& history, const HistoryRequest& request) {
     return {request.json ? json(found) : applicationText(found, range, now, layoutNow())};
 }
 
-Answer alerts(HistoryReader& history, const HistoryRequest& request) {
-    const auto found = history.ask<std::vector<StoredAlert>>(
-        [&](HistoryStore& store, auto answer) { store.alerts(request.limit, std::move(answer)); });
-    return {request.json ? json(found) : alertsText(found, terminalWidth())};
-}
-
-Answer sessions(HistoryReader& history, const HistoryRequest& request) {
-    const auto found = history.ask<std::vector<StoredSession>>(
-        [](HistoryStore& store, auto answer) { store.sessions(std::move(answer)); });
-    return {request.json ? json(found) : sessionsText(found, terminalWidth())};
-}
-
 using Run = std::function<int(const HistoryRequest&)>;
 
 /// A subcommand of "history" with "--json".
@@ -148,14 +115,9 @@ CLI::App* add(CLI::App& history, const std::string& name, const std::string& des
 }
 
 Run printing(const Presentation& present) {
-    return [present](const HistoryRequest& request) { return print(request, present); };
-}
-
-void addLimit(CLI::App& command, HistoryRequest& request) {
-    command.add_option("--limit", request.limit, "At most that many")
-        ->type_name("N")
-        ->check(positiveNumber())
-        ->capture_default_str();
+    return [present](const HistoryRequest& request) {
+        return printHistory(request.json, [&](HistoryReader& history) { return present(history, request); });
+    };
 }
 
 } // namespace
@@ -192,7 +154,7 @@ void addHistoryCommand(CLI::App& app, int& status) {
     CLI::App* most =
         add(*history, "top", "List the applications that used most processor time", request, status, printing(top));
     addRangeOption(*most, request->range);
-    addLimit(*most, *request);
+    addLimitOption(*most, request->limit);
     CLI::App* sums =
         add(*history, "totals", "Sum up what was read, written, received and sent", request, status, printing(totals));
     addRangeOption(*sums, request->range);
@@ -200,9 +162,11 @@ void addHistoryCommand(CLI::App& app, int& status) {
         add(*history, "app", "Draw the figures of one application over time", request, status, printing(application));
     one->add_option("KEY", request->application, "Its key, or its name where only one has it")->required();
     addRangeOption(*one, request->range);
-    CLI::App* warned = add(*history, "alerts", "List the alerts, the newest first", request, status, printing(alerts));
-    addLimit(*warned, *request);
-    add(*history, "sessions", "List the sessions, the newest first", request, status, printing(sessions));
+    CLI::App* warned = add(*history, "alerts", "List the alerts, the newest first", request, status,
+                           [](const HistoryRequest& wanted) { return printAlerts(wanted.limit, wanted.json); });
+    addLimitOption(*warned, request->limit);
+    add(*history, "sessions", "List the sessions, the newest first", request, status,
+        [](const HistoryRequest& wanted) { return printSessions(wanted.json); });
     addHistoryExportCommand(*history, status);
     addHistoryClearCommand(*history, status);
 }

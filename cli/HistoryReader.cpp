@@ -38,6 +38,11 @@ std::optional<std::string> HistoryReader::problem() {
         [](HistoryStore& history, auto answer) { history.readProblem(std::move(answer)); });
 }
 
+std::optional<std::string> HistoryReader::writeProblem() {
+    return ask<std::optional<std::string>>(
+        [](HistoryStore& history, auto answer) { history.problem(std::move(answer)); });
+}
+
 void HistoryReader::work() {
     context->restart();
     context->run();

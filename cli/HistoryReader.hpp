@@ -43,6 +43,9 @@ public:
     /// Why the last question could not be answered; absent when it was, and when there is no file yet.
     std::optional<std::string> problem();
 
+    /// Why what was ordered may not be lasting; absent when it is, and when there is no file.
+    std::optional<std::string> writeProblem();
+
 private:
     void work();
 

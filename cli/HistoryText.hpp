@@ -4,8 +4,6 @@
 #include "core/history/AppRow.hpp"
 #include "core/history/AppUsageSummary.hpp"
 #include "core/history/HistoryRange.hpp"
-#include "core/history/StoredAlert.hpp"
-#include "core/history/StoredSession.hpp"
 #include "core/history/SystemRow.hpp"
 #include "core/history/Totals.hpp"
 #include "core/model/Described.hpp"
@@ -42,9 +40,6 @@ std::string applicationText(const ApplicationHistory& application, HistoryRange 
 std::string topText(const std::vector<AppUsageSummary>& applications, HistoryRange range, std::optional<int> width);
 
 std::string totalsText(const Totals& totals, HistoryRange range);
-
-std::string alertsText(const std::vector<StoredAlert>& alerts, std::optional<int> width);
-std::string sessionsText(const std::vector<StoredSession>& sessions, std::optional<int> width);
 
 /// Which of `applications` a person means by `wanted`: its key, or its name in any case where only one has it.
 struct Meant {

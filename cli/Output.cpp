@@ -28,8 +28,12 @@ ExitStatus statusAfter(Written written) {
 }
 
 std::optional<int> terminalWidth() {
+    return terminalWidth(STDOUT_FILENO);
+}
+
+std::optional<int> terminalWidth(int descriptor) {
     winsize window{};
-    if (::ioctl(STDOUT_FILENO, TIOCGWINSZ, &window) != 0 || window.ws_col == 0)
+    if (::ioctl(descriptor, TIOCGWINSZ, &window) != 0 || window.ws_col == 0)
         return std::nullopt;
     return window.ws_col;
 }

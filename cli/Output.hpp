@@ -19,8 +19,9 @@ Written writeOut(std::string_view text);
 /// What a command answers whose last deed was this writing: a closed pipe is an ordinary end.
 ExitStatus statusAfter(Written written);
 
-/// Columns of the terminal that standard output is; absent when it is none, or does not tell.
+/// Columns of the terminal that standard output is, or another descriptor; absent when it is none, or does not tell.
 std::optional<int> terminalWidth();
+std::optional<int> terminalWidth(int descriptor);
 
 /// Writes a line to standard error as it is.
 void writeNote(std::string_view line);

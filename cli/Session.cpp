@@ -23,6 +23,11 @@ CLI::Validator within(double least, double most) {
             "", range};
 }
 
+CLI::Validator finiteNumber() {
+    return {[](std::string& text) { return Text::number<double>(text) ? std::string() : text + " is not a number"; },
+            "", "a number"};
+}
+
 CLI::Validator positiveNumber() {
     return {[](std::string& text) {
                 const auto number = Text::number<std::int64_t>(text);
@@ -62,6 +67,7 @@ Session::Session(const boost::asio::any_io_executor& executor, const Source& sou
     const HostInfo host = machine->host().info();
     Formatters::logicalCores = host.coreLayout.logical;
     machineLimits = limitsOf(machine->platform(), host);
+    platformWords = &wordsOf(machine->platform());
     sampling = std::make_unique<SamplingEngine>(executor, std::make_unique<MachineCollectors>(std::move(machine)),
                                                 std::move(clock));
     demandEverything(*sampling, source.interval);
@@ -88,10 +94,8 @@ void demandEverything(SamplingEngine& engine, double interval) {
     SamplingSettings settings;
     settings.foregroundInterval = interval;
     engine.setSettings(settings);
-    // Without "cpu": that page asks for a tick a second, whatever the interval.
-    engine.setDemand({.popoverVisible = false,
-                      .windowVisible = true,
-                      .pages = {"gpu", "projects", "ports", "ai", "network", "docker", "devices"}});
+    engine.setDemand(
+        {.popoverVisible = false, .windowVisible = true, .pages = PageSet(demandedPages.begin(), demandedPages.end())});
 }
 
 } // namespace ostrivane::cli

@@ -1,13 +1,16 @@
 #pragma once
 
+#include "core/model/PlatformWords.hpp"
 #include "core/sampling/SamplingEngine.hpp"
 #include "core/sampling/platform/Platform.hpp"
 
+#include <array>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
+#include <string_view>
+#include <utility>
 
 namespace CLI {
 class App;
@@ -29,6 +32,9 @@ struct Source {
 
 /// Accepts a number between two bounds, and nothing else ("nan" is between any two for the library's own check).
 CLI::Validator within(double least, double most);
+
+/// Accepts a number that is finite.
+CLI::Validator finiteNumber();
 
 /// Accepts a whole number above 0 that fits.
 CLI::Validator positiveNumber();
@@ -55,16 +61,28 @@ public:
     /// What the figures of this machine leave out; empty when there is nothing to tell.
     const std::string& limits() const { return machineLimits; }
 
+    /// Which texts are true of the machine.
+    const PlatformWords& words() const { return *platformWords; }
+
     SamplingEngine& engine() { return *sampling; }
+
+    /// Hands the engine over to who owns it from now on; there is none here then.
+    std::unique_ptr<SamplingEngine> takeEngine() { return std::move(sampling); }
 
 private:
     std::shared_ptr<Playback> playback; ///< null on this machine
     std::string machineLimits;
+    const PlatformWords* platformWords = &PlatformWords::Linux;
     std::unique_ptr<SamplingEngine> sampling;
 };
 
 /// "In and out count TCP only.", of a machine with that `platform` and `host`.
 std::string limitsOf(Platform platform, const HostInfo& host);
+
+/// The pages whose readings a terminal command wants. Without "cpu": that page asks for a tick a second, whatever the
+/// interval.
+inline constexpr std::array<std::string_view, 7> demandedPages{"gpu",     "projects", "ports",  "ai",
+                                                               "network", "docker",   "devices"};
 
 /// What a terminal command wants of the engine: everything, every `interval` seconds.
 void demandEverything(SamplingEngine& engine, double interval);

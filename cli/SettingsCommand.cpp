@@ -1,7 +1,7 @@
 #include "app/model/AppSettings.hpp"
 #include "cli/Commands.hpp"
+#include "cli/Consent.hpp"
 #include "cli/Output.hpp"
-#include "cli/Question.hpp"
 #include "cli/SettingInput.hpp"
 #include "cli/SettingsList.hpp"
 
@@ -93,7 +93,7 @@ int set(AppSettings& settings, const Request& request) {
 }
 
 int resetEverything(AppSettings& settings, bool isAgreedTo) {
-    if (!isAgreedTo && !canAsk())
+    if (!canDecide(isAgreedTo))
         return misused;
     if (!isAgreedTo &&
         !isAgreed(fmt::format("Set everything in {} back to its default?", Text::visible(settings.defaults().place()))))

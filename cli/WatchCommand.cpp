@@ -1,7 +1,9 @@
 #include "cli/Commands.hpp"
+#include "cli/ModelRun.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
 #include "cli/Terminal.hpp"
+#include "cli/WatchJudgement.hpp"
 #include "cli/WatchState.hpp"
 #include "cli/WatchView.hpp"
 
@@ -11,15 +13,13 @@
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/posix/stream_descriptor.hpp>
-#include <boost/asio/post.hpp>
 #include <boost/asio/signal_set.hpp>
-#include <boost/asio/thread_pool.hpp>
-#include <fmt/format.h>
 
 #include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <memory>
 #include <optional>
@@ -48,6 +48,9 @@ void waitForForeground() {
         ::kill(0, SIGTTIN);
 }
 
+/// The alerts that somebody who looks up may want to see.
+constexpr std::size_t shownAlerts = 20;
+
 /// The live view: draws each snapshot, follows keys, signals and the size of the window until it is told to end. The
 /// engine runs on a thread of its own, so that keys are answered during a long tick; everything here runs on the
 /// caller's.
@@ -69,64 +72,70 @@ private:
     /// Answers what went wrong, once the terminal is given back.
     std::optional<std::string> watch() {
         waitForForeground();
-        Session session(sampling.get_executor(), source, [this] { asio::post(context, [this] { replayEnded(); }); });
-        if (auto problem = session.problem())
+        ModelRun machine(source, {.engineHasThread = true, .ended = [this] { replayEnded(); }});
+        if (auto problem = machine.problem())
             return problem;
+        current = &machine;
         // Before the terminal library looks: it leaves signals alone that somebody handles.
         // On the other thread: this one may wait for a terminal that takes no more. What it has not taken is dropped
         // then.
-        asio::signal_set endings(sampling, SIGINT, SIGTERM, SIGHUP);
+        asio::signal_set endings(machine.engineExecutor(), SIGINT, SIGTERM, SIGHUP);
         endings.add(SIGQUIT);
-        endings.async_wait([this](const boost::system::error_code& error, int) {
+        endings.async_wait([&machine](const boost::system::error_code& error, int) {
             if (error)
                 return;
             // Held by Ctrl-S it goes on only after it was held by a call, too.
             ::tcflow(STDOUT_FILENO, TCOOFF);
             ::tcflow(STDOUT_FILENO, TCOON);
             ::tcflush(STDOUT_FILENO, TCOFLUSH);
-            context.stop();
+            machine.stop();
         });
-        asio::signal_set resizing(context, SIGWINCH);
+        asio::signal_set resizing(machine.context(), SIGWINCH);
         Terminal screen;
         if (auto problem = screen.open())
             return problem;
         terminal = &screen;
-        current = &session;
         followSize(resizing);
-        asio::posix::stream_descriptor keyboard(context, openKeyboard());
+        asio::posix::stream_descriptor keyboard(machine.context(), openKeyboard());
         followKeys(keyboard);
-        session.engine().addConsumer([this](const SharedSnapshot& snapshot, const SamplingEngine::Turn& turn) {
-            // Holding the turn: on a slow line no tick overtakes the drawing of the last.
-            asio::post(context, [this, snapshot, turn] {
-                latest = snapshot;
-                draw();
-            });
-        });
-        session.engine().start();
-        context.run();
-        sampling.stop();
-        sampling.join();
-        farewell = session.remark();
-        return session.problem();
+        // The engine waits for the drawing: on a slow line no tick overtakes that of the last.
+        const Subscription watching = machine.model().observe([this](const ModelChanges&) { draw(); });
+        machine.demandEverything();
+        machine.model().start();
+        machine.run();
+        farewell = machine.session().remark();
+        return machine.problem();
     }
 
     void draw() {
-        if (!latest)
+        const AppState& shown = current->model().state();
+        if (shown.tick == 0)
             return;
         const Terminal::Size size = terminal->size();
-        state = settled(std::move(state), *latest, size.height);
-        terminal->draw(presentWatch(*latest, state,
-                                    {.source = source.replay.empty() ? "Live" : source.replay,
-                                     .remark = footnote,
-                                     .limits = current->limits(),
-                                     .width = size.width,
-                                     .height = size.height}));
+        const WatchFrame frame{.source = source.replay.empty() ? "Live" : source.replay,
+                               .remark = footnote,
+                               .limits = current->session().limits(),
+                               .judgement = judgementOf(shown),
+                               .width = size.width,
+                               .height = size.height};
+        const bool isReading = state.page == WatchPage::judgement;
+        state = settled(std::move(state), *shown.snapshot, size.height,
+                        isReading ? judgementLines(frame.judgement, size.width).size() : 0);
+        terminal->draw(presentWatch(*shown.snapshot, state, frame));
+    }
+
+    static WatchJudgement judgementOf(const AppState& shown) {
+        const auto alerts = static_cast<std::ptrdiff_t>(std::min(shown.alerts.size(), shownAlerts));
+        return {.summary = shown.statusSummary(),
+                .health = shown.health,
+                .insights = shown.insights,
+                .alerts = {shown.alerts.begin(), shown.alerts.begin() + alerts}};
     }
 
     void replayEnded() {
         if (current->problem())
-            return context.stop();
-        footnote = current->remark().value_or("The recording has ended.");
+            return current->stop();
+        footnote = current->session().remark().value_or("The recording has ended.");
         draw();
     }
 
@@ -144,7 +153,7 @@ private:
         keyboard.async_wait(asio::posix::stream_descriptor::wait_read,
                             [this, &keyboard](const boost::system::error_code& error) {
                                 if (error)
-                                    return context.stop();
+                                    return current->stop();
                                 bool any = false;
                                 while (const auto key = terminal->key()) {
                                     any = true;
@@ -154,7 +163,7 @@ private:
                                     draw();
                                 // Readable and nothing to read: the terminal is gone.
                                 if (!any && ++emptyReads > 8)
-                                    return context.stop();
+                                    return current->stop();
                                 if (any)
                                     emptyReads = 0;
                                 followKeys(keyboard);
@@ -162,28 +171,24 @@ private:
     }
 
     void act(const Key& key) {
-        const SystemSnapshot& shown = latest ? *latest : nothing;
+        const SystemSnapshot& shown = *current->model().state().snapshot;
         WatchStep step = handleKey(std::move(state), key, shown, terminal->size().height);
         state = std::move(step.state);
         switch (step.action) {
         case WatchAction::none:
             return;
         case WatchAction::quit:
-            return context.stop();
+            return current->stop();
         case WatchAction::refresh:
-            return current->engine().refreshNow();
+            return current->model().engine().refreshNow();
         case WatchAction::repaint:
             return terminal->resized();
         }
     }
 
     const Source& source;
-    asio::io_context context{1};
-    asio::thread_pool sampling{1};
     Terminal* terminal = nullptr;
-    Session* current = nullptr;
-    SharedSnapshot latest;
-    const SystemSnapshot nothing; ///< stands in for the first one until it comes
+    ModelRun* current = nullptr;
     WatchState state;
     std::string footnote;
     std::optional<std::string> farewell; ///< to be said when the view is gone
@@ -202,8 +207,9 @@ void addWatchCommand(CLI::App& app, int& status) {
         ->check(within(0.001, 1e6))
         ->capture_default_str();
     command->footer(
-        "Tab goes from the overview to the applications and the processes. There the arrows, j, k, Page Up,\n"
-        "Page Down, Home and End move the selection, s changes the order, / filters, Esc goes back a step.\n"
+        "Tab goes from the overview to the applications, the processes, and what the figures mean. There the\n"
+        "arrows, j, k, Page Up, Page Down, Home and End move the selection or the text, s changes the order,\n"
+        "/ filters, Esc goes back a step.\n"
         "q quits, r reads at once.");
     command->callback([source, &status] { status = WatchRun(*source).run(); });
 }

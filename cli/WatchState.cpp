@@ -37,28 +37,48 @@ void moveBy(TableView& table, long rows, const std::vector<UsageRow>& shown) {
     table.selected = shown[table.place].id;
 }
 
-/// Whether the key moves the selection.
-bool handleMove(WatchState& state, const Key& key, const SystemSnapshot& snapshot, int height) {
-    const bool isLetter = key.name == Key::Name::text && !state.isTyping;
-    const long page = std::max(tablePage(height).rows, 1);
-    const auto farthest = static_cast<long>(snapshot.processes.size() + snapshot.applications.size());
-    long rows = 0;
+/// The rows by which the key moves, on a page of that many rows and with `farthest` in all; absent for another key.
+std::optional<long> moveOf(const Key& key, bool isTyping, int pageRows, std::size_t farthest) {
+    const bool isLetter = key.name == Key::Name::text && !isTyping;
+    const long page = std::max(pageRows, 1);
     if (key.name == Key::Name::up || (isLetter && key.text == "k"))
-        rows = -1;
-    else if (key.name == Key::Name::down || (isLetter && key.text == "j"))
-        rows = 1;
-    else if (key.name == Key::Name::pageUp)
-        rows = -page;
-    else if (key.name == Key::Name::pageDown)
-        rows = page;
-    else if (key.name == Key::Name::home)
-        rows = -farthest;
-    else if (key.name == Key::Name::end)
-        rows = farthest;
-    else
+        return -1;
+    if (key.name == Key::Name::down || (isLetter && key.text == "j"))
+        return 1;
+    if (key.name == Key::Name::pageUp)
+        return -page;
+    if (key.name == Key::Name::pageDown)
+        return page;
+    if (key.name == Key::Name::home)
+        return -static_cast<long>(farthest);
+    if (key.name == Key::Name::end)
+        return static_cast<long>(farthest);
+    return std::nullopt;
+}
+
+/// The last line that can be the first one shown.
+std::size_t lowestTop(const TextView& reading, int height) {
+    const auto room = static_cast<std::size_t>(std::max(readingRows(height), 1));
+    return reading.lines - std::min(reading.lines, room);
+}
+
+/// Whether the key moves the selection, or the text.
+bool handleMove(WatchState& state, const Key& key, const SystemSnapshot& snapshot, int height) {
+    if (state.page == WatchPage::judgement) {
+        const auto lines = moveOf(key, false, readingRows(height), state.reading.lines);
+        if (lines)
+            state.reading.top =
+                static_cast<std::size_t>(std::clamp(static_cast<long>(state.reading.top) + *lines, 0L,
+                                                    static_cast<long>(lowestTop(state.reading, height))));
+        return lines.has_value();
+    }
+    if (!state.subject())
         return false;
-    moveBy(state.table(), rows, shownRows(state, snapshot));
-    return true;
+    const auto rows =
+        moveOf(key, state.isTyping, tablePage(height).rows, snapshot.processes.size() + snapshot.applications.size());
+    if (rows)
+        moveBy(state.table(), *rows, shownRows(state, snapshot));
+    return rows.has_value();
 }
 
 void handleTyping(WatchState& state, const Key& key) {
@@ -74,7 +94,7 @@ void handleTyping(WatchState& state, const Key& key) {
 }
 
 void turnPage(WatchState& state, int pages) {
-    constexpr int count = 3;
+    constexpr int count = 4;
     state.page = static_cast<WatchPage>((static_cast<int>(state.page) + count + pages) % count);
 }
 
@@ -121,6 +141,7 @@ WatchAction handleCommand(WatchState& state, const Key& key) {
 std::optional<UsageSubject> WatchState::subject() const {
     switch (page) {
     case WatchPage::overview:
+    case WatchPage::judgement:
         return std::nullopt;
     case WatchPage::applications:
         return UsageSubject::applications;
@@ -142,7 +163,7 @@ WatchStep handleKey(WatchState state, const Key& key, const SystemSnapshot& snap
     WatchAction action = WatchAction::none;
     if (key.isPasted && !state.isTyping)
         return {std::move(state), action};
-    if (!state.subject() || !handleMove(state, key, snapshot, height)) {
+    if (!handleMove(state, key, snapshot, height)) {
         if (state.isTyping && key.name != Key::Name::repaint)
             handleTyping(state, key);
         else
@@ -151,7 +172,9 @@ WatchStep handleKey(WatchState state, const Key& key, const SystemSnapshot& snap
     return {std::move(state), action};
 }
 
-WatchState settled(WatchState state, const SystemSnapshot& snapshot, int height) {
+WatchState settled(WatchState state, const SystemSnapshot& snapshot, int height, std::size_t textLines) {
+    state.reading.lines = textLines;
+    state.reading.top = std::min(state.reading.top, lowestTop(state.reading, height));
     const std::vector<UsageRow> rows = shownRows(state, snapshot);
     TableView& table = state.table();
     if (!state.subject() || rows.empty())
@@ -171,6 +194,10 @@ std::vector<UsageRow> shownRows(const WatchState& state, const SystemSnapshot& s
     if (!subject)
         return {};
     return usageRows(snapshot, *subject, {.sort = state.table().sort, .filter = state.table().filter});
+}
+
+int readingRows(int height) {
+    return std::max(height - 1 - tablePage(height).header, 0); // the footer follows
 }
 
 TablePage tablePage(int height) {

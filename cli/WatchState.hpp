@@ -10,7 +10,7 @@ namespace ostrivane::cli {
 
 struct Key;
 
-enum class WatchPage { overview, applications, processes };
+enum class WatchPage { overview, applications, processes, judgement };
 
 /// How a person looks at one table.
 struct TableView {
@@ -21,16 +21,23 @@ struct TableView {
     std::size_t top = 0;   ///< the first row shown
 };
 
+/// How a person reads a text that may be longer than the window.
+struct TextView {
+    std::size_t top = 0;   ///< the first line shown
+    std::size_t lines = 0; ///< of the whole text
+};
+
 /// Where the live view stands. It changes by keys alone, and by `settled`.
 struct WatchState {
     WatchPage page = WatchPage::overview;
     TableView applications;
     TableView processes;
+    TextView reading;      ///< of the judgement
     bool isTyping = false; ///< the filter of the table shown
 
-    /// What the page lists; absent on the overview.
+    /// What the page lists; absent on a page without a table.
     std::optional<UsageSubject> subject() const;
-    /// That of the page; on the overview, that of the applications.
+    /// That of the page; on a page without one, that of the applications.
     const TableView& table() const;
     TableView& table();
 };
@@ -48,9 +55,10 @@ WatchStep handleKey(WatchState state, const Key& key, const SystemSnapshot& snap
 
 /// The state for another snapshot or another window: the selection stays on what it is on, and in view. When that is
 /// gone, what has come to its place is selected.
-WatchState settled(WatchState state, const SystemSnapshot& snapshot, int height);
+/// @param textLines  of the judgement, when that is shown
+WatchState settled(WatchState state, const SystemSnapshot& snapshot, int height, std::size_t textLines = 0);
 
-/// The rows of the table that is shown; none on the overview.
+/// The rows of the table that is shown; none on a page without one.
 std::vector<UsageRow> shownRows(const WatchState& state, const SystemSnapshot& snapshot);
 
 /// How a page with a table uses its lines; beside these there is the footer. In a low window the rows stay longest.
@@ -62,5 +70,8 @@ struct TablePage {
 };
 TablePage tablePage(int height);
 constexpr int mostHeaderLines = 4;
+
+/// The lines of text on the page with the judgement.
+int readingRows(int height);
 
 } // namespace ostrivane::cli

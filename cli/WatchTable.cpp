@@ -27,28 +27,20 @@ StyledLine loadLine(std::string_view label, double fraction, std::string figure,
 
 /// The pages, and the filter of the one shown.
 StyledLine pageLine(const WatchState& state, int width) {
-    constexpr std::array<std::pair<WatchPage, std::string_view>, 3> pages{{{WatchPage::overview, "Overview"},
+    constexpr std::array<std::pair<WatchPage, std::string_view>, 4> pages{{{WatchPage::overview, "Overview"},
                                                                            {WatchPage::applications, "Applications"},
-                                                                           {WatchPage::processes, "Processes"}}};
+                                                                           {WatchPage::processes, "Processes"},
+                                                                           {WatchPage::judgement, "Judgement"}}};
     StyledLine line;
     for (const auto& [page, title] : pages)
         line.push_back(page == state.page ? Span{fmt::format("[{}] ", title), Style::accent}
                                           : Span{fmt::format(" {}  ", title), Style::dim});
     const std::string& filter = state.table().filter;
-    if (!filter.empty()) {
+    if (state.subject() && !filter.empty()) {
         line.push_back({" filter: ", Style::dim});
         line.push_back({Text::visible(filter), Style::warning});
     }
     return fitted(line, width);
-}
-
-std::vector<StyledLine> header(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame) {
-    const MemorySnapshot& memory = snapshot.memory;
-    return {
-        spread({MachineText::machine(snapshot), Style::accent}, {MachineText::time(snapshot.timestamp)}, frame.width),
-        loadLine("CPU", snapshot.cpu.usage, fmt::format("{:>4}", MachineText::usage(snapshot.cpu)), frame.width),
-        loadLine("Memory", memory.usedFraction(), MachineText::used(memory), frame.width),
-        pageLine(state, frame.width)};
 }
 
 std::string details(const ProcessSnapshot& process) {
@@ -105,12 +97,14 @@ StyledLine typingLine(const std::string& filter, int width) {
 }
 
 std::string keysOf(const WatchState& state) {
-    if (!state.subject())
+    if (state.page == WatchPage::overview)
         return "q quit  r refresh  Tab applications";
+    if (state.page == WatchPage::judgement)
+        return "q quit  r refresh  Tab overview  ↑↓ scroll";
     const TableView& table = state.table();
     std::string keys =
         fmt::format("q quit  r refresh  Tab {}  s sort: {}  / filter",
-                    state.page == WatchPage::applications ? "processes" : "overview", rawValue(table.sort));
+                    state.page == WatchPage::applications ? "processes" : "judgement", rawValue(table.sort));
     if (!table.filter.empty())
         keys += "  Esc all";
     else if (!table.selected.empty())
@@ -122,13 +116,24 @@ std::string keysOf(const WatchState& state) {
 
 } // namespace
 
+std::vector<StyledLine> presentHeader(const SystemSnapshot& snapshot, const WatchState& state,
+                                      const WatchFrame& frame) {
+    const MemorySnapshot& memory = snapshot.memory;
+    std::vector<StyledLine> lines{
+        spread({MachineText::machine(snapshot), Style::accent}, {MachineText::time(snapshot.timestamp)}, frame.width),
+        loadLine("CPU", snapshot.cpu.usage, fmt::format("{:>4}", MachineText::usage(snapshot.cpu)), frame.width),
+        loadLine("Memory", memory.usedFraction(), MachineText::used(memory), frame.width),
+        pageLine(state, frame.width)};
+    lines.erase(lines.begin(), lines.end() - tablePage(frame.height).header);
+    return lines;
+}
+
 std::vector<StyledLine> presentTable(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame) {
     const TablePage page = tablePage(frame.height);
     const UsageSubject subject = state.subject().value_or(UsageSubject::applications);
     const TableView& table = state.table();
     const std::vector<UsageRow> rows = shownRows(state, snapshot);
-    std::vector<StyledLine> lines = header(snapshot, state, frame);
-    lines.erase(lines.begin(), lines.end() - page.header);
+    std::vector<StyledLine> lines = presentHeader(snapshot, state, frame);
     if (page.heading)
         lines.push_back(usageHeading(subject, table.sort, frame.width));
     const std::size_t last = std::min(rows.size(), table.top + static_cast<std::size_t>(page.rows));

@@ -2,6 +2,7 @@
 
 #include "cli/Bar.hpp"
 #include "cli/MachineText.hpp"
+#include "cli/WatchJudgement.hpp"
 #include "cli/WatchState.hpp"
 #include "cli/WatchTable.hpp"
 #include "core/model/Formatters.hpp"
@@ -28,7 +29,7 @@ std::vector<StyledLine> header(const SystemSnapshot& snapshot, const WatchFrame&
     return {
         spread({MachineText::machine(snapshot), Style::accent}, {MachineText::time(snapshot.timestamp)}, frame.width),
         spread({Text::visible(cpu.brand), Style::dim}, {MachineText::uptime(cpu), Style::dim}, frame.width),
-        {}};
+        frame.judgement.health.empty() ? StyledLine() : labelled("Health", {{Text::visible(frame.judgement.summary)}})};
 }
 
 std::vector<StyledLine> processor(const SystemSnapshot& snapshot, int width) {
@@ -136,10 +137,16 @@ std::vector<StyledLine> overview(const SystemSnapshot& snapshot, const WatchFram
     return lines;
 }
 
+std::vector<StyledLine> page(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame) {
+    if (state.subject())
+        return presentTable(snapshot, state, frame);
+    return state.page == WatchPage::judgement ? presentJudgement(snapshot, state, frame) : overview(snapshot, frame);
+}
+
 } // namespace
 
 std::vector<StyledLine> presentWatch(const SystemSnapshot& snapshot, const WatchState& state, const WatchFrame& frame) {
-    std::vector<StyledLine> lines = state.subject() ? presentTable(snapshot, state, frame) : overview(snapshot, frame);
+    std::vector<StyledLine> lines = page(snapshot, state, frame);
     // The last line belongs to the footer, whatever has to go.
     lines.resize(static_cast<std::size_t>(std::max(frame.height, 1)) - 1);
     lines.push_back(presentFooter(state, frame));

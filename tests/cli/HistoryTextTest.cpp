@@ -93,19 +93,5 @@ TEST(HistoryApplication, isFoundByKeyOrByTheOnlyOneOfItsName) {
     expectWithin(applicationText(history, HistoryRange::hour1, now, {.width = 40}), 40);
 }
 
-TEST(HistoryLists, tellWhatWasSaidAndWhatNeverEnded) {
-    StoredAlert alert{.date = now, .severity = "warning", .title = std::string(hostile)};
-    alert.body = "one two three four five six seven eight nine ten " + std::string(60, 'x');
-    const std::string text = alertsText({alert}, 40);
-    expectWithin(text, 40);
-    EXPECT_TRUE(holds(text, "\n    one two three four five six seven\n    eight nine ten\n")) << text;
-    EXPECT_TRUE(holds(alertsText({alert}, std::nullopt), "nine ten xxx"));
-    StoredSession session{.name = std::string(hostile), .start = now};
-    EXPECT_TRUE(holds(sessionsText({session}, std::nullopt), "not finished"));
-    session.end = now + 3660;
-    EXPECT_TRUE(holds(sessionsText({session}, std::nullopt), "1h 1m"));
-    expectWithin(sessionsText({session}, 60), 60);
-}
-
 } // namespace
 } // namespace ostrivane::cli

@@ -1,6 +1,7 @@
 #include "cli/WatchState.hpp"
 
 #include "cli/Key.hpp"
+#include "cli/WatchJudgement.hpp"
 #include "cli/WatchView.hpp"
 
 #include <gtest/gtest.h>
@@ -63,12 +64,13 @@ struct Driven {
 
 TEST(WatchState, turnsPagesAndActs) {
     Driven watch(WatchPage::overview);
-    for (const WatchPage page : {WatchPage::applications, WatchPage::processes, WatchPage::overview}) {
+    for (const WatchPage page :
+         {WatchPage::applications, WatchPage::processes, WatchPage::judgement, WatchPage::overview}) {
         watch.press(Key::Name::tab);
         EXPECT_EQ(watch.state.page, page);
     }
     watch.press(Key::Name::backTab);
-    EXPECT_EQ(watch.state.page, WatchPage::processes);
+    EXPECT_EQ(watch.state.page, WatchPage::judgement);
     watch.type("r");
     EXPECT_EQ(watch.action, WatchAction::refresh);
     watch.press(Key::Name::repaint);
@@ -230,14 +232,69 @@ TEST(WatchState, tableShowsTheMachineAboveAndTheSelectionBelow) {
     Driven watch;
     const std::string text = watch.text();
     for (const char* part :
-         {"CPU  ", "Memory", "[Processes]", " Applications ", "PID", "100 processes", "Tab overview", "/ filter"})
+         {"CPU  ", "Memory", "[Processes]", " Applications ", "PID", "100 processes", "Tab judgement", "/ filter"})
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     watch.snapshot.processes[0].user = "ada";
     watch.snapshot.processes[0].path = "/usr/bin/worker";
     watch.press(Key::Name::down);
     EXPECT_NE(watch.text().find("1 ada: /usr/bin/worker"), std::string::npos);
     watch.press(Key::Name::tab);
-    EXPECT_NE(watch.text().find("Tab applications"), std::string::npos);
+    EXPECT_NE(watch.text().find("Tab overview"), std::string::npos);
+}
+
+WatchJudgement longJudgement() {
+    WatchJudgement judgement{.summary = "CPU needs attention"};
+    for (int index = 0; index < 20; ++index)
+        judgement.health.push_back({.id = "x",
+                                    .name = "Category " + std::to_string(index) + "\x1b[2J",
+                                    .status = HealthCategory::Status::high,
+                                    .label = "High",
+                                    .evidence = {"A sentence that says why, and takes some room to say it in full."}});
+    judgement.alerts.push_back({.title = "The last line", .body = {}});
+    return judgement;
+}
+
+TEST(WatchState, scrollsTheJudgementToItsEndAndNoFurther) {
+    WatchState state{.page = WatchPage::judgement};
+    const SystemSnapshot snapshot = machine(1);
+    WatchFrame frame{.source = "Live", .judgement = longJudgement(), .width = 60, .height = 24};
+    const auto shown = [&] {
+        state = settled(state, snapshot, frame.height, judgementLines(frame.judgement, frame.width).size());
+        std::string text;
+        for (const StyledLine& line : presentWatch(snapshot, state, frame))
+            text += plainText(line) + "\n";
+        return text;
+    };
+    const auto press = [&](Key::Name name) { state = handleKey(state, {.name = name}, snapshot, frame.height).state; };
+    EXPECT_NE(shown().find("[!!] high      Category 0␛[2J: High"), std::string::npos) << shown();
+    EXPECT_NE(shown().find("[Judgement]"), std::string::npos);
+    for (int pages = 0; pages < 20; ++pages)
+        press(Key::Name::pageDown);
+    const std::string end = shown();
+    EXPECT_NE(end.find("The last line"), std::string::npos) << end;
+    press(Key::Name::down);
+    EXPECT_EQ(shown(), end);
+    press(Key::Name::up);
+    EXPECT_NE(shown(), end) << "one key back is one line back";
+    frame.height = 200;
+    EXPECT_NE(shown().find("CPU needs attention"), std::string::npos) << "a window in which all of it fits";
+    for (const int width : {1, 7, 20, 250})
+        for (const int height : {1, 2, 3, 5, 8, 24}) {
+            frame.width = width;
+            frame.height = height;
+            shown();
+            const auto lines = presentWatch(snapshot, state, frame);
+            ASSERT_EQ(lines.size(), static_cast<std::size_t>(height));
+            for (const StyledLine& line : lines)
+                ASSERT_LE(columns(line), width) << plainText(line);
+        }
+}
+
+TEST(WatchState, theOverviewSaysWhatAllOfItComesTo) {
+    Driven watch(WatchPage::overview);
+    EXPECT_EQ(watch.text().find("Health"), std::string::npos) << "nothing was judged";
+    const auto lines = presentWatch(watch.snapshot, watch.state, {.judgement = longJudgement()});
+    EXPECT_EQ(plainText(lines[2]), "Health    CPU needs attention");
 }
 
 } // namespace

@@ -1,7 +1,9 @@
-#include "cli/Question.hpp"
+#include "cli/Consent.hpp"
 
 #include "cli/Output.hpp"
 #include "core/model/Text.hpp"
+
+#include <fmt/format.h>
 
 #include <cstdio>
 #include <iostream>
@@ -11,16 +13,16 @@
 
 namespace ostrivane::cli {
 
-bool canAsk() {
-    const bool can = ::isatty(STDIN_FILENO) != 0;
-    if (!can)
-        writeError("there is no terminal to ask on; with \"--yes\" nothing is asked");
-    return can;
+bool canDecide(bool isAgreedTo) {
+    if (isAgreedTo || ::isatty(STDIN_FILENO))
+        return true;
+    writeError("there is no terminal to ask on; with \"--yes\" nothing is asked");
+    return false;
 }
 
 bool isAgreed(std::string_view question) {
-    const std::string asked = std::string(question) + " [y/N] ";
-    std::fwrite(asked.data(), 1, asked.size(), stderr);
+    const std::string prompt = fmt::format("{} [y/N] ", question);
+    std::fwrite(prompt.data(), 1, prompt.size(), stderr);
     std::string answer;
     std::getline(std::cin, answer);
     answer = Text::lowered(std::string(Text::trimmed(answer)));
