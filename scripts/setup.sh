@@ -10,8 +10,8 @@
 set -euo pipefail
 
 # One package a word. `package=program`: any such program in PATH will do, whoever installed it.
-buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev"
-testPackages="libgtest-dev libbenchmark-dev"
+buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev pkg-config=pkg-config libglib2.0-dev"
+testPackages="libgtest-dev libbenchmark-dev dbus-daemon=dbus-daemon"
 checkPackages="git=git clang=clang++ libclang-rt-dev clang-format=clang-format clang-tidy=clang-tidy shellcheck=shellcheck"
 brewPackages="cmake ninja ccache boost fmt icu4c ncurses cli11 sqlite googletest google-benchmark"
 boostMinor=81 # Boost 1.81 is the first with all that is used of Asio, JSON and Describe
@@ -185,8 +185,8 @@ main() {
     brew install $brewPackages" "$wanted"
     else
         setupElsewhere "Packages are installed by this script on Debian and Ubuntu only. Needed here: a C++20 compiler
-(GCC 12, Clang 14 or newer), CMake 3.22, Ninja, Boost 1.$boostMinor with Boost.JSON, fmt, ICU, ncurses (wide), CLI11, SQLite 3, and for
-the tests GoogleTest and Google Benchmark, each with its headers." "$wanted"
+(GCC 12, Clang 14 or newer), CMake 3.22, Ninja, Boost 1.$boostMinor with Boost.JSON, fmt, ICU, ncurses (wide), CLI11, SQLite 3, GLib with
+pkg-config, and for the tests GoogleTest, Google Benchmark and dbus-daemon, each with its headers." "$wanted"
     fi
 }
 
