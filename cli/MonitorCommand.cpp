@@ -1,9 +1,11 @@
+#include "app/model/AppModel.hpp"
 #include "cli/Commands.hpp"
 #include "cli/HistoryPlace.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
 #include "core/history/HistoryLock.hpp"
 #include "core/history/HistoryStore.hpp"
+#include "core/model/Formatters.hpp"
 #include "core/sampling/MachineCollectors.hpp"
 #include "core/sampling/platform/NativeMachine.hpp"
 #include "core/sampling/platform/UserFolders.hpp"
@@ -62,20 +64,38 @@ bool isIgnored(int signal) {
     return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
-/// Keeps the history until a signal ends it. The engine and the signals share the caller's thread; the store has one of
-/// its own, so that a slow disk holds up neither.
+/// What the model works with: this machine, the user's settings and the desktop.
+AppParts ownParts(asio::io_context& context, asio::thread_pool& storing, const std::string& folder) {
+    auto machine = nativeMachine();
+    Formatters::logicalCores = machine->host().info().coreLayout.logical;
+    AppParts parts;
+    parts.settings = std::make_unique<AppSettings>(nativeKeyValueStore());
+    parts.engine = std::make_unique<SamplingEngine>(context.get_executor(),
+                                                    std::make_unique<MachineCollectors>(std::move(machine)),
+                                                    nativeClock(context.get_executor()));
+    parts.history =
+        std::make_unique<HistoryStore>(storing.get_executor(), fmt::format("{}/{}", folder, UserFolders::historyFile));
+    parts.notifier = nativeNotifier();
+    parts.workspace = nativeWorkspace();
+    parts.onMainThread = [&context](std::function<void()> work) { asio::post(context, std::move(work)); };
+    return parts;
+}
+
+/// Keeps the history, and watches over the machine, until a signal ends it. The engine, the model and the signals share
+/// the caller's thread; the store has one of its own, so that a slow disk holds up neither.
 class MonitorRun {
 public:
-    MonitorRun(std::string where, HistoryLock held, double interval)
+    MonitorRun(std::string where, HistoryLock held, std::optional<double> interval)
         : folder(std::move(where)), lock(std::move(held)),
-          engine(context.get_executor(), std::make_unique<MachineCollectors>(nativeMachine()),
-                 nativeClock(context.get_executor())) {
-        openStore();
-        engine.setSettings({.backgroundInterval = interval});
+          model(ownParts(context, storing, folder),
+                {.words = wordsOf(nativePlatform()), .keepsHistory = true, .interval = interval}) {
         for (const int signal : {SIGTERM, SIGINT, SIGHUP})
             if (!isIgnored(signal))
                 signals.add(signal);
-        writeError(fmt::format("Keeping the history in {}, a reading every {} s.", store->path(), interval));
+        writeError(fmt::format("Keeping the history in {}, a reading every {} s.", model.history().path(),
+                               interval.value_or(model.settings()->backgroundInterval)));
+        if (const auto problem = model.settings().defaults().problem())
+            writeError("The settings cannot be read: " + *problem);
     }
 
     int run() {
@@ -83,30 +103,25 @@ public:
             if (!error)
                 end();
         });
-        engine.addConsumer([this](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) { keep(snapshot); });
-        engine.start();
+        const Subscription watching = model.observe([this](const ModelChanges& changes) {
+            if (changes.snapshot)
+                look();
+        });
+        model.start();
         context.run();
         return succeeded;
     }
 
 private:
-    void openStore() {
-        store = std::make_unique<HistoryStore>(storing.get_executor(),
-                                               fmt::format("{}/{}", folder, UserFolders::historyFile));
-        opened = std::chrono::steady_clock::now();
-    }
-
-    void keep(const SharedSnapshot& snapshot) {
-        if (isEnding)
-            return;
-        store->ingest(snapshot);
-        if (isAsking) // the store is stuck: questions must not pile up behind its work
+    /// Asks how the store does.
+    void look() {
+        if (isEnding || isAsking) // a stuck store: questions must not pile up behind its work
             return;
         isAsking = true;
-        store->problem([this](std::optional<std::string> problem) {
+        model.history().problem([this](std::optional<std::string> problem) {
             asio::post(context, [this, problem = std::move(problem)] { report(problem); });
         });
-        store->isLost([this](bool isLost) {
+        model.history().isLost([this](bool isLost) {
             asio::post(context, [this, isLost] {
                 isAsking = false;
                 if (isLost && std::chrono::steady_clock::now() - opened >= patience)
@@ -131,21 +146,19 @@ private:
             return;
         opened = std::chrono::steady_clock::now();
         if (!told)
-            report("the file was removed or replaced; another one is begun, without the last minutes");
+            report("the file was removed or replaced; another one is begun");
         lock.reset(); // it may lie in a folder that is gone
         auto claimed = claim(folder);
         if (const auto* problem = std::get_if<std::string>(&claimed))
             return report(*problem);
         lock.emplace(std::move(std::get<HistoryLock>(claimed)));
-        asio::post(storing,
-                   [gone = std::move(store)] {}); // it is closed over there: this thread never waits for a disk
-        openStore();
+        model.history().reopen();
     }
 
     /// Writes what is finished. The file survives it when that takes too long and the program ends in the middle.
     void end() {
         isEnding = true;
-        engine.stop();
+        model.engine().stop();
         timeLeft.expires_after(grace);
         timeLeft.async_wait([this](const boost::system::error_code& error) {
             if (error)
@@ -162,8 +175,8 @@ private:
 
     /// Tries again while there is time: whoever holds the file may let go of it.
     void writeLast() {
-        store->flush();
-        store->problem([this](std::optional<std::string> problem) {
+        model.history().flush();
+        model.history().problem([this](std::optional<std::string> problem) {
             asio::post(context, [this, problem = std::move(problem)] {
                 told = problem;
                 if (!problem)
@@ -178,10 +191,7 @@ private:
     }
 
     void close() {
-        asio::post(storing, [this] {
-            store.reset();
-            asio::post(storing, [this] { asio::post(context, [this] { context.stop(); }); });
-        });
+        model.history().close([this] { asio::post(context, [this] { context.stop(); }); });
     }
 
     const std::string folder;
@@ -191,15 +201,14 @@ private:
     asio::signal_set signals{context};
     asio::steady_timer timeLeft{context};
     asio::steady_timer again{context};
-    std::unique_ptr<HistoryStore> store;
-    std::chrono::steady_clock::time_point opened;
-    SamplingEngine engine;
+    AppModel model;
+    std::chrono::steady_clock::time_point opened = std::chrono::steady_clock::now(); ///< the history's file
     std::optional<std::string> told; ///< the problem that was reported last
     bool isAsking = false;
     bool isEnding = false;
 };
 
-int monitor(double interval) {
+int monitor(std::optional<double> interval) {
     const auto folder = historyFolder();
     if (!folder)
         return failed;
@@ -214,10 +223,13 @@ int monitor(double interval) {
 } // namespace
 
 void addMonitorCommand(CLI::App& app, int& status) {
-    auto source = std::make_shared<Source>(Source{.interval = SamplingSettings().backgroundInterval});
-    CLI::App* command = app.add_subcommand("monitor", "Keep the history of this computer, until interrupted");
-    addIntervalOption(*command, *source, 60); // so that no minute goes without a reading
-    command->callback([source, &status] { status = monitor(source->interval); });
+    auto interval = std::make_shared<std::optional<double>>();
+    CLI::App* command =
+        app.add_subcommand("monitor", "Keep the history of this computer and watch over it, until interrupted");
+    command->add_option("--interval", *interval, "Seconds between two readings, in place of what the settings say")
+        ->type_name("SECONDS")
+        ->check(within(0.1, 60)); // so that no minute goes without a reading
+    command->callback([interval, &status] { status = monitor(*interval); });
 }
 
 } // namespace ostrivane::cli

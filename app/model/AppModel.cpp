@@ -8,10 +8,10 @@
 #include "core/judgement/HealthEvaluator.hpp"
 #include "core/judgement/InsightEngine.hpp"
 #include "core/judgement/SessionSummaryJSON.hpp"
+#include "core/model/Calendar.hpp"
 
 #include <boost/signals2/signal.hpp>
 
-#include <chrono>
 #include <utility>
 
 namespace ostrivane {
@@ -23,10 +23,6 @@ constexpr double totalsSeconds = 60;       // between two questions
 constexpr std::int64_t storedAlerts = 200; // shown at the start
 constexpr std::string_view sidebarKey = "sidebarVisible";
 constexpr std::string_view namelessSession = "Session";
-
-Date wallClock() {
-    return Date{std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count()};
-}
 
 /// Takes over a value that differs.
 template <class Value>
@@ -58,7 +54,7 @@ struct AppModel::State : std::enable_shared_from_this<State> {
           engine(std::move(parts.engine)), alertEngine(AlertRule::defaults, options.words),
           isSidebarVisible(settings->defaults().boolean(sidebarKey).value_or(true)) {
         if (!options.now)
-            options.now = wallClock;
+            options.now = Calendar::now;
         shown.snapshot = std::make_shared<SystemSnapshot>(SystemSnapshot::empty(options.now()));
     }
 
@@ -204,7 +200,10 @@ struct AppModel::State : std::enable_shared_from_this<State> {
 
     void refreshTotals() {
         lastTotalsRefresh = options.now();
-        askHistorySums(*history, options.now, later([](State& model, const HistorySums& sums) { model.take(sums); }));
+        askHistorySums(*history, options.now, later([](State& model, const std::optional<HistorySums>& sums) {
+            if (sums)
+                model.take(*sums);
+        }));
     }
 
     void take(const HistorySums& sums) {
@@ -252,6 +251,15 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     void finish(const SessionRow& row) {
         if (*row.id != 0) // else it could not be written
             history->finishSession(*row.id, row.end->date, row.end->summaryJSON);
+    }
+
+    /// A step to another page.
+    template <class Step>
+    void turn(Step step) {
+        const Page before = pages.selectedPage();
+        step();
+        if (pages.selectedPage() != before)
+            publish({.navigation = true});
     }
 
     /// After each change of the demand, and also when it is the same as before.
@@ -351,20 +359,15 @@ const SamplingDemand& AppModel::demand() const {
 }
 
 void AppModel::select(Page page) {
-    if (page == self->pages.selectedPage())
-        return;
-    self->pages.select(page);
-    self->publish({.navigation = true});
+    self->turn([&] { self->pages.select(page); });
 }
 
 void AppModel::goBack() {
-    self->pages.goBack();
-    self->publish({.navigation = true});
+    self->turn([&] { self->pages.goBack(); });
 }
 
 void AppModel::goForward() {
-    self->pages.goForward();
-    self->publish({.navigation = true});
+    self->turn([&] { self->pages.goForward(); });
 }
 
 bool AppModel::isSidebarVisible() const {

@@ -42,6 +42,12 @@ std::optional<Value> read(const KeyValueStore& store, std::string_view key) {
 }
 
 template <class Value>
+bool readsBack(const std::string& document, const Value& value) {
+    const auto json = JSON::parse(document);
+    return json && JSON::read<Value>(*json) == value;
+}
+
+template <class Value>
 void keep(KeyValueStore& store, std::string_view key, const Value& value) {
     if constexpr (std::is_same_v<Value, bool>)
         store.setBoolean(key, value);
@@ -53,8 +59,8 @@ void keep(KeyValueStore& store, std::string_view key, const Value& value) {
         store.setText(key, value);
     else if constexpr (std::is_same_v<Value, OrganizerGrouping>)
         store.setText(key, rawValue(value));
-    else
-        store.setJSON(key, JSON::text(value));
+    else if (const std::string document = JSON::text(value); readsBack(document, value)) // a figure may be no number
+        store.setJSON(key, document);
 }
 
 /// What a later version of the program added comes last, and switched off.
@@ -111,13 +117,13 @@ Preferences AppSettings::load() const {
 template <class Value>
 void AppSettings::set(Value Preferences::*member, std::type_identity_t<Value> value) {
     chosen.*member = std::move(value);
+    topUp(chosen); // as the next start would
     forEachChoice([&]<class Other>(std::string_view key, Other Preferences::*choice) {
         if constexpr (std::is_same_v<Other, Value>)
             if (choice == member)
                 keep(*store, key, chosen.*member);
     });
     stored.*member = chosen.*member;
-    topUp(stored);
     publish();
 }
 

@@ -36,16 +36,32 @@ void averageToday(HistorySums& sums, const std::vector<SystemRow>& rows) {
 
 } // namespace
 
-void askHistorySums(HistoryStore& history, const std::function<Date()>& now, std::function<void(HistorySums)> answer) {
-    auto sums = std::make_shared<HistorySums>(); // filled on the store's strand alone
-    history.totals(Calendar::startOfDay(now()), [sums](const Totals& totals) { sums->today = totals; });
-    history.totals(now() + -week, [sums](const Totals& totals) { sums->week = totals; });
-    history.totals(now() + -month, [sums](const Totals& totals) { sums->month = totals; });
+void askHistorySums(HistoryStore& history, const std::function<Date()>& now,
+                    std::function<void(std::optional<HistorySums>)> answer) {
+    struct Asking {
+        HistorySums sums;
+        bool isWhole = true;
+    };
+    auto asking = std::make_shared<Asking>(); // filled on the store's strand alone
+    // A failed read has an empty answer, and the next good one makes it forgotten.
+    const auto check = [&] {
+        history.readProblem([asking](const std::optional<std::string>& problem) { asking->isWhole &= !problem; });
+    };
+    const auto total = [&](Date since, Totals HistorySums::*which) {
+        history.totals(since, [asking, which](const Totals& totals) { asking->sums.*which = totals; });
+        check();
+    };
+    total(Calendar::startOfDay(now()), &HistorySums::today);
+    total(now() + -week, &HistorySums::week);
+    total(now() + -month, &HistorySums::month);
     history.systemRows(Calendar::startOfDay(now()), now(),
-                       [sums](const std::vector<SystemRow>& rows) { averageToday(*sums, rows); });
-    history.systemRows(now() + -week, now(), [sums, answer = std::move(answer)](const std::vector<SystemRow>& rows) {
-        sums->typicalDrainPerHour = BatteryDrain::typical(rows);
-        answer(*sums);
+                       [asking](const std::vector<SystemRow>& rows) { averageToday(asking->sums, rows); });
+    check();
+    history.systemRows(now() + -week, now(), [asking](const std::vector<SystemRow>& rows) {
+        asking->sums.typicalDrainPerHour = BatteryDrain::typical(rows);
+    });
+    history.readProblem([asking, answer = std::move(answer)](const std::optional<std::string>& problem) {
+        answer(asking->isWhole && !problem ? std::optional(asking->sums) : std::nullopt);
     });
 }
 

@@ -19,7 +19,9 @@ struct HistorySums {
     std::optional<double> typicalDrainPerHour;
 };
 
-/// Asks the store, question by question. The answer comes on its strand.
-void askHistorySums(HistoryStore& history, const std::function<Date()>& now, std::function<void(HistorySums)> answer);
+/// Asks the store, question by question. The answer comes on its strand, absent when one of them could not be answered:
+/// what was known then still stands.
+void askHistorySums(HistoryStore& history, const std::function<Date()>& now,
+                    std::function<void(std::optional<HistorySums>)> answer);
 
 } // namespace ostrivane

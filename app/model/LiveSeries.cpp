@@ -10,7 +10,6 @@ namespace ostrivane {
 
 namespace {
 
-/// Finds the first point that is not older than `cutoff`. Looks at each: times step back with the clock.
 std::size_t firstSince(const std::vector<TimedValue>& points, double cutoff) {
     return static_cast<std::size_t>(
         std::ranges::find_if(points, [&](const TimedValue& point) { return point.time >= cutoff; }) - points.begin());

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/model/RawValue.hpp"
 #include "core/model/TimedValue.hpp"
 
 #include <array>

@@ -7,6 +7,7 @@
 #include "core/history/Retention.hpp"
 #include "core/history/SampleTables.hpp"
 #include "core/history/WholeSeconds.hpp"
+#include "core/model/Calendar.hpp"
 
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/post.hpp>
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <atomic>
 #include <cassert>
-#include <chrono>
 #include <string_view>
 #include <utility>
 
@@ -37,10 +37,6 @@ constexpr Date distantPast{.seconds = -62135769600}; // the year 1
 constexpr std::string_view upsertName =
     "INSERT INTO apps(app_key, name, bundle_id, last_seen) VALUES(?,?,?,?) ON CONFLICT(app_key) DO UPDATE SET "
     "name=excluded.name, last_seen=excluded.last_seen";
-
-Date wallClock() {
-    return Date{std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count()};
-}
 
 template <class Row>
 void keepNewest(std::vector<Row>& rows, std::size_t most) {
@@ -65,7 +61,7 @@ void tell(const HistoryStore::Done& done) {
 struct HistoryStore::State : std::enable_shared_from_this<State> {
     State(const asio::any_io_executor& executor, std::string file, HistoryOptions chosen)
         : home(asio::make_strand(executor)), path(std::move(file)), access(chosen.access),
-          now(chosen.now ? std::move(chosen.now) : wallClock), lastFlush(now()) {}
+          now(chosen.now ? std::move(chosen.now) : Calendar::now), lastFlush(now()) {}
 
     /// Queues a call of `work(state)`. What arrives after the store has gone is dropped.
     template <class Work>

@@ -68,7 +68,7 @@ void thermalPressure(AlertRun& run) {
     const ThermalLevel state = run.scene.snapshot.thermal.state;
     const bool isCritical = state == ThermalLevel::critical;
     if (Alert* alert = run.fire("thermal", isCritical ? AlertSeverity::critical : AlertSeverity::warning)) {
-        const std::string level = Text::lowered(std::string(label(state)));
+        const std::string level = state == ThermalLevel::nominal ? "normal" : Text::lowered(std::string(label(state)));
         const PlatformWords& words = run.scene.words;
         alert->title = fmt::format("{} reports {} thermal pressure", words.systemAtStart, level);
         alert->body =

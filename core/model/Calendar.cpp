@@ -1,5 +1,7 @@
 #include "core/model/Calendar.hpp"
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <ctime>
 
@@ -19,9 +21,19 @@ Date startOfDay(Date date) {
     if (!localtime_r(&seconds, &local))
         return date;
     local.tm_hour = local.tm_min = local.tm_sec = 0;
-    local.tm_isdst = -1; // the clocks may have changed since midnight
-    const std::time_t midnight = std::mktime(&local);
+    std::time_t midnight = seconds + 1;
+    for (const int summer : {1, 0, -1}) { // where the clocks change at midnight there can be two, or none
+        std::tm asked = local;
+        asked.tm_isdst = summer;
+        const std::time_t candidate = std::mktime(&asked);
+        if (asked.tm_mday == local.tm_mday && asked.tm_isdst >= 0 && (summer < 0 || asked.tm_isdst == summer))
+            midnight = std::min(midnight, candidate);
+    }
     return midnight > seconds ? date : Date{static_cast<double>(midnight)};
+}
+
+Date now() {
+    return Date{std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count()};
 }
 
 } // namespace ostrivane::Calendar

@@ -2,10 +2,14 @@
 
 #include "core/model/Date.hpp"
 
-/// Days as the person at this machine lives them.
+/// Time as the person at this machine lives it.
 namespace ostrivane::Calendar {
 
-/// The midnight that the day of `date` began with, by the local clock; `date` itself where no calendar reaches.
+/// The midnight that the day of `date` began with, by the local clock, the first where there are two; `date` itself
+/// where no calendar reaches.
 Date startOfDay(Date date);
+
+/// The wall clock.
+Date now();
 
 } // namespace ostrivane::Calendar

@@ -1,6 +1,7 @@
 #include "app/model/AppModel.hpp"
 
 #include "app/model/AlertList.hpp"
+#include "core/history/SQLiteDatabase.hpp"
 #include "core/judgement/SessionSummaryJSON.hpp"
 #include "core/model/Calendar.hpp"
 #include "tests/app/model/ModelHarness.hpp"
@@ -298,6 +299,43 @@ TEST_F(AppModelTest, asksForTotalsOnceAMinute) {
     harness.now = harness.now + -1000;
     harness.apply(snapshotAt(harness.now));
     EXPECT_EQ(state().todayTotals.diskRead, 72'000) << "the clock was set back";
+}
+
+TEST_F(AppModelTest, sumsUpTheDayTheWeekAndTheMonthApart) {
+    constexpr double day = 86400;
+    harness.now = Calendar::startOfDay(harness.now) + 36'000;
+    const Date noon = harness.now;
+    for (const double daysAgo : {40, 20, 3, 0})
+        for (const double minute : {0, 60}) { // the second finishes the first
+            SystemSnapshot snapshot = snapshotAt(noon + (minute - 120 - daysAgo * day), 60);
+            snapshot.disk.readBytesPerSec = daysAgo + 1;
+            harness.now = snapshot.timestamp;
+            model().history().ingest(std::make_shared<SystemSnapshot>(snapshot));
+            harness.settle();
+        }
+    model().history().setRetention(90);
+    harness.now = noon;
+    model().refreshTotals();
+    harness.settle();
+    EXPECT_EQ(state().todayTotals.diskRead, 60);
+    EXPECT_EQ(state().weekTotals.diskRead, 60 + 2 * 60 * 4) << "the last minute of a day is finished by the next day";
+    EXPECT_EQ(state().monthTotals.diskRead, state().weekTotals.diskRead + 2 * 60 * 21);
+}
+
+TEST_F(AppModelTest, keepsTheTotalsThatCannotBeReadAnew) {
+    model().history().ingest(std::make_shared<SystemSnapshot>(snapshotAt(harness.now, 60)));
+    SystemSnapshot snapshot = snapshotAt(harness.now + -120, 60);
+    snapshot.disk.readBytesPerSec = 7;
+    model().history().ingest(std::make_shared<SystemSnapshot>(snapshot));
+    model().history().flush();
+    model().refreshTotals();
+    harness.settle();
+    const Totals known = state().todayTotals;
+    SQLiteDatabase(harness.path).execute("DROP TABLE system_samples");
+    model().refreshTotals();
+    harness.settle();
+    EXPECT_EQ(state().todayTotals, known);
+    EXPECT_EQ(state().monthTotals, known);
 }
 
 TEST_F(AppModelTest, worksWithoutAHistory) {
