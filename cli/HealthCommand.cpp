@@ -3,11 +3,14 @@
 #include "cli/JudgementText.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
+#include "core/model/Formatters.hpp"
 #include "core/model/JSON.hpp"
+#include "core/model/Statistics.hpp"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <fmt/format.h>
 
 #include <functional>
 #include <limits>
@@ -39,12 +42,21 @@ void addJudgingCommand(CLI::App& app, const std::string& name, const std::string
     });
 }
 
+/// The verdict on the processor speaks of five minutes, of which this command has seen a moment.
+std::string remark(const AppState& state) {
+    constexpr double most = 240;
+    const double watched = Statistics::timeSpan(state.live[LiveKey::cpu]) + state.snapshot->interval;
+    if (watched >= most)
+        return {};
+    return fmt::format("\nThe processor was watched for {} only.\n", Formatters::duration(watched));
+}
+
 } // namespace
 
 void addHealthCommand(CLI::App& app, int& status) {
     const auto present = [](const AppState& state, bool json) {
         return json ? JSON::text(state.health) + "\n"
-                    : healthText(state.statusSummary(), state.health, terminalWidth());
+                    : healthText(state.statusSummary(), state.health, terminalWidth()) + remark(state);
     };
     addJudgingCommand(app, "health", "Say how the computer is, side by side", present, status);
 }

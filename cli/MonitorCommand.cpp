@@ -3,6 +3,7 @@
 #include "cli/HistoryPlace.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
+#include "cli/Signals.hpp"
 #include "core/history/HistoryLock.hpp"
 #include "core/history/HistoryStore.hpp"
 #include "core/model/Formatters.hpp"
@@ -21,7 +22,6 @@
 #include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
-#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -56,12 +56,6 @@ std::variant<HistoryLock, std::string> claim(const std::string& folder) {
     if (const auto* holder = std::get_if<HistoryLock::Holder>(&taken))
         return refusal(*holder);
     return std::get<HistoryLock::Problem>(taken);
-}
-
-/// What whoever started the program had it ignore stays ignored: "nohup" is such a wish.
-bool isIgnored(int signal) {
-    struct sigaction action {};
-    return ::sigaction(signal, nullptr, &action) == 0 && action.sa_handler == SIG_IGN;
 }
 
 /// What the model works with: this machine, the user's settings and the desktop.
