@@ -53,6 +53,14 @@ Most mostOf(AlertKind kind) {
     return {0, 0};
 }
 
+/// Figures are kept every ten seconds, and nine tenths of these windows must be known.
+constexpr double leastCovered = 120;
+
+bool needsManyReadings(AlertKind kind) {
+    return kind == AlertKind::sustainedCPU || kind == AlertKind::diskWrite || kind == AlertKind::networkHeavy ||
+           kind == AlertKind::highTemperature;
+}
+
 std::optional<std::string> problem(std::string_view what, std::optional<double> value, double most,
                                    std::string_view unit) {
     if (!value || (*value >= 0 && *value <= most)) // also refuses what is no number
@@ -74,6 +82,8 @@ std::optional<std::string> problem(AlertKind kind, const AlertRuleChange& change
         return found;
     if (auto found = problem("window", change.window, most.window, "seconds"))
         return found;
+    if (needsManyReadings(kind) && change.window && *change.window < leastCovered)
+        return fmt::format("the window must be {} seconds or more: a shorter one holds too few readings", leastCovered);
     return problem("cooldown", change.cooldown, mostCooldown, "seconds");
 }
 

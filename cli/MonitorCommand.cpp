@@ -88,8 +88,7 @@ public:
                 signals.add(signal);
         writeError(fmt::format("Keeping the history in {}, a reading every {} s.", model.history().path(),
                                interval.value_or(model.settings()->backgroundInterval)));
-        if (const auto problem = model.settings().defaults().problem())
-            writeError("The settings cannot be read: " + *problem);
+        tellOfSettings();
     }
 
     int run() {
@@ -98,8 +97,10 @@ public:
                 end();
         });
         const Subscription watching = model.observe([this](const ModelChanges& changes) {
-            if (changes.snapshot)
-                look();
+            if (!changes.snapshot)
+                return;
+            tellOfSettings();
+            look();
         });
         model.start();
         context.run();
@@ -107,6 +108,15 @@ public:
     }
 
 private:
+    /// Says once when something begins to stand in the way of the settings, and once when it has passed.
+    void tellOfSettings() {
+        const auto problem = model.settings().defaults().problem();
+        if (problem == settingsProblem)
+            return;
+        settingsProblem = problem;
+        writeError(problem ? "The settings cannot be read: " + *problem : "The settings can be read again.");
+    }
+
     /// Asks how the store does.
     void look() {
         if (isEnding || isAsking) // a stuck store: questions must not pile up behind its work
@@ -197,6 +207,7 @@ private:
     asio::steady_timer again{context};
     AppModel model;
     std::chrono::steady_clock::time_point opened = std::chrono::steady_clock::now(); ///< the history's file
+    std::optional<std::string> settingsProblem;
     std::optional<std::string> told; ///< the problem that was reported last
     bool isAsking = false;
     bool isEnding = false;

@@ -1,4 +1,5 @@
 #include "app/model/AppSettings.hpp"
+#include "cli/AlertRuleChange.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Consent.hpp"
 #include "cli/Output.hpp"
@@ -71,6 +72,16 @@ int tell(const AppSettings& settings, const std::string& key) {
     return row ? statusAfter(writeOut(fmt::format("{}: {}\n", key, row->value))) : misused;
 }
 
+/// Whether one of the rules could never fire.
+template <class Value>
+bool isUnfit(const Value& value) {
+    if constexpr (std::is_same_v<Value, std::vector<AlertRule>>)
+        for (const AlertRule& rule : value)
+            if (problem(rule.kind, {.threshold = rule.threshold, .window = rule.window, .cooldown = rule.cooldown}))
+                return true;
+    return false;
+}
+
 int set(AppSettings& settings, const Request& request) {
     const auto row = rowOf(settings, request.key);
     if (!row)
@@ -80,7 +91,8 @@ int set(AppSettings& settings, const Request& request) {
         using Value = std::remove_cvref_t<decltype((*settings).*member.pointer)>;
         if (request.key != member.name)
             return;
-        if (auto value = offeredValue<Value>(request.key, request.value)) {
+        auto value = offeredValue<Value>(request.key, request.value);
+        if (value && !isUnfit(*value)) {
             isOffered = true;
             settings.set(member.pointer, *std::move(value));
         }

@@ -12,14 +12,17 @@
 
 #include <boost/signals2/signal.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrivane {
 
 namespace {
 
-constexpr std::int64_t judgeEvery = 6;     // snapshots, while nobody looks
-constexpr double totalsSeconds = 60;       // between two questions
+constexpr std::int64_t judgeEvery = 6; // snapshots, while nobody looks
+constexpr double totalsSeconds = 60;   // between two questions
+constexpr double shortestPause = 0.1;  // seconds between two readings
+constexpr double longestPause = 3600;
 constexpr std::int64_t storedAlerts = 200; // shown at the start
 constexpr std::string_view sidebarKey = "sidebarVisible";
 constexpr std::string_view namelessSession = "Session";
@@ -40,8 +43,10 @@ struct SessionRow {
         std::string summaryJSON;
     };
 
-    std::optional<std::int64_t> id;
-    std::optional<End> end;
+    std::string name;
+    Date start;
+    std::optional<std::int64_t> id{};
+    std::optional<End> end{};
 };
 
 } // namespace
@@ -63,8 +68,8 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     auto later(Work work) {
         return [weak = weak_from_this(), post = onMainThread, work = std::move(work)](auto answer) {
             post([weak, work, answer = std::move(answer)] {
-                if (const auto self = weak.lock())
-                    work(*self, answer);
+                if (const auto model = weak.lock())
+                    work(*model, answer);
             });
         };
     }
@@ -85,19 +90,19 @@ struct AppModel::State : std::enable_shared_from_this<State> {
         engine->addConsumer([weak = weak_from_this(), post = onMainThread, mayDiffer = settings->defaults().watch()](
                                 const SharedSnapshot& snapshot, const SamplingEngine::Turn& turn) {
             post([weak, snapshot, turn, settingsMayDiffer = mayDiffer()] {
-                const auto self = weak.lock();
-                if (!self)
+                const auto model = weak.lock();
+                if (!model)
                     return;
                 if (settingsMayDiffer)
-                    self->followSettings();
-                self->apply(snapshot);
+                    model->followSettings();
+                model->apply(snapshot);
             });
         });
         engine->start();
         if (workspace)
             workspace->observe([weak = weak_from_this()](RunningApps apps) {
-                if (const auto self = weak.lock())
-                    self->engine->setRunningApps(std::move(apps));
+                if (const auto model = weak.lock())
+                    model->engine->setRunningApps(std::move(apps));
             });
         loadStoredAlerts();
         refreshTotals();
@@ -113,6 +118,9 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     void applySettings() {
         alertEngine.update((*settings)->alertRules);
         SamplingSettings sampling = settings->sampling();
+        // A file may hold any number; not every one is a pause.
+        sampling.backgroundInterval = std::clamp(sampling.backgroundInterval, shortestPause, longestPause);
+        sampling.foregroundInterval = std::clamp(sampling.foregroundInterval, shortestPause, longestPause);
         if (options.interval)
             sampling.backgroundInterval = sampling.foregroundInterval = *options.interval;
         engine->setSettings(sampling);
@@ -224,7 +232,7 @@ struct AppModel::State : std::enable_shared_from_this<State> {
         const Date start = options.now();
         shown.session.emplace(name, start);
         shown.sessionID = 0;
-        auto row = sessionRow = std::make_shared<SessionRow>();
+        auto row = sessionRow = std::make_shared<SessionRow>(SessionRow{.name = name, .start = start});
         history->startSession(std::move(name), start, later([row](State& model, std::int64_t id) {
                                   row->id = id;
                                   if (row->end)
@@ -249,8 +257,13 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     }
 
     void finish(const SessionRow& row) {
-        if (*row.id != 0) // else it could not be written
-            history->finishSession(*row.id, row.end->date, row.end->summaryJSON);
+        if (*row.id != 0)
+            return history->finishSession(*row.id, row.end->date, row.end->summaryJSON);
+        // Its beginning could not be written. By now it may be possible.
+        history->startSession(row.name, row.start, later([row](State& model, std::int64_t id) {
+                                  if (id != 0)
+                                      model.history->finishSession(id, row.end->date, row.end->summaryJSON);
+                              }));
     }
 
     /// A step to another page.

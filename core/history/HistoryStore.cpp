@@ -26,11 +26,12 @@ namespace asio = boost::asio;
 
 namespace {
 
-constexpr std::int64_t resolution = 60;              // seconds a row
-constexpr double flushSeconds = 60;                  // between two writes
-constexpr double maintenanceSeconds = 3600;          // between two runs
-constexpr std::size_t mostPendingApps = 20000;       // what waits while nothing can be written
-constexpr std::size_t mostPendingSystem = 1500;      // about a day of minutes
+constexpr std::int64_t resolution = 60;         // seconds a row
+constexpr double flushSeconds = 60;             // between two writes
+constexpr double maintenanceSeconds = 3600;     // between two runs
+constexpr std::size_t mostPendingApps = 20000;  // what waits while nothing can be written
+constexpr std::size_t mostPendingSystem = 1500; // about a day of minutes
+constexpr std::size_t mostPendingAlerts = 1000;
 constexpr int mostWaiting = 128;                     // snapshots, while the store is busy or the disk stuck
 constexpr Date distantPast{.seconds = -62135769600}; // the year 1
 
@@ -54,6 +55,23 @@ void tell(const HistoryStore::Done& done) {
     if (done)
         done();
 }
+
+/// Has the database wait for a lock of others, for as long as the object lives.
+class Patience {
+public:
+    explicit Patience(SQLiteDatabase& file) : database(file) { database.execute("PRAGMA busy_timeout=1000;"); }
+    ~Patience() {
+        try {
+            database.execute("PRAGMA busy_timeout=0;");
+        } catch (const SQLiteError&) { // then it goes on waiting, which does no harm
+        }
+    }
+    Patience(const Patience&) = delete;
+    Patience& operator=(const Patience&) = delete;
+
+private:
+    SQLiteDatabase& database;
+};
 
 } // namespace
 
@@ -133,6 +151,15 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         return write(writeError, std::move(work));
     }
 
+    /// Writes what a person is waiting for: whoever holds the file for a moment does not cost it.
+    template <class Work>
+    void writePatiently(Work work) {
+        write([&](SQLiteDatabase& database) {
+            const Patience patience(database);
+            work(database);
+        });
+    }
+
     bool isLost() const { return !db || HistoryFile::identity(path) != opened; }
 
     void ingest(const SystemSnapshot& snapshot) {
@@ -153,7 +180,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     static bool isDue(Date last, Date date, double seconds) { return date - last >= seconds || date < last; }
 
     void flush() {
-        if (db && !(pendingSystem.empty() && pendingApps.empty())) {
+        if (db && !(pendingSystem.empty() && pendingApps.empty() && pendingAlerts.empty())) {
             const bool wasHeldUp = writeError.has_value();
             const bool written =
                 write([&](SQLiteDatabase& database) { database.transaction([&] { writePending(database); }); });
@@ -162,6 +189,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
                     failedMaintenances = 0;
                 pendingSystem.clear();
                 pendingApps.clear();
+                pendingAlerts.clear();
             } else {
                 keepNewest(pendingApps, mostPendingApps);
                 keepNewest(pendingSystem, mostPendingSystem);
@@ -171,6 +199,8 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     }
 
     void writePending(SQLiteDatabase& database) {
+        for (const StoredAlert& alert : pendingAlerts)
+            RecordTables::insertAlert(database, alert);
         for (const SystemRow& row : pendingSystem)
             SampleTables::insert(database, row);
         if (pendingApps.empty())
@@ -211,6 +241,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
             writeError = compactError;
         pendingSystem.clear();
         pendingApps.clear();
+        pendingAlerts.clear();
         knownApps.clear();
         accumulator = MinuteAccumulator(resolution);
     }
@@ -259,6 +290,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
     MinuteAccumulator accumulator{resolution};
     std::vector<SystemRow> pendingSystem; ///< finished rows that are not written yet
     std::vector<AppRow> pendingApps;
+    std::vector<StoredAlert> pendingAlerts; ///< that met a lock or a full disk
     Date lastFlush;
     Date lastMaintenance = distantPast;
     boost::unordered_flat_set<std::string> knownApps; ///< keys whose names this run has written
@@ -436,7 +468,10 @@ void HistoryStore::recordAlert(Date date, std::string rule, std::string severity
                       .subject = std::move(subject)};
     state->post([alert = std::move(alert), answer = std::move(answer)](State& store) {
         std::int64_t id = 0;
-        store.write([&](SQLiteDatabase& database) { id = RecordTables::insertAlert(database, alert); });
+        const bool isWritten =
+            store.write([&](SQLiteDatabase& database) { id = RecordTables::insertAlert(database, alert); });
+        if (!isWritten && store.db && store.pendingAlerts.size() < mostPendingAlerts)
+            store.pendingAlerts.push_back(alert);
         tell(answer, id);
     });
 }
@@ -450,6 +485,7 @@ void HistoryStore::alerts(std::int64_t limit, Answer<std::vector<StoredAlert>> a
 
 void HistoryStore::clearAlerts(Done done) {
     state->post([done = std::move(done)](State& store) {
+        store.pendingAlerts.clear();
         store.write(RecordTables::deleteAlerts);
         tell(done);
     });
@@ -458,7 +494,7 @@ void HistoryStore::clearAlerts(Done done) {
 void HistoryStore::startSession(std::string name, Date start, Answer<std::int64_t> answer) {
     state->post([name = std::move(name), start, answer = std::move(answer)](State& store) {
         std::int64_t id = 0;
-        store.write(
+        store.writePatiently(
             [&](SQLiteDatabase& database) { id = RecordTables::insertSession(database, name, wholeSeconds(start)); });
         tell(answer, id);
     });
@@ -466,7 +502,7 @@ void HistoryStore::startSession(std::string name, Date start, Answer<std::int64_
 
 void HistoryStore::finishSession(std::int64_t id, Date end, std::string summaryJSON, Done done) {
     state->post([id, end, summaryJSON = std::move(summaryJSON), done = std::move(done)](State& store) {
-        store.write([&](SQLiteDatabase& database) {
+        store.writePatiently([&](SQLiteDatabase& database) {
             RecordTables::finishSession(database, id, wholeSeconds(end), summaryJSON);
         });
         tell(done);
@@ -481,7 +517,7 @@ void HistoryStore::sessions(Answer<std::vector<StoredSession>> answer) {
 
 void HistoryStore::deleteSession(std::int64_t id, Done done) {
     state->post([id, done = std::move(done)](State& store) {
-        store.write([&](SQLiteDatabase& database) { RecordTables::deleteSession(database, id); });
+        store.writePatiently([&](SQLiteDatabase& database) { RecordTables::deleteSession(database, id); });
         tell(done);
     });
 }

@@ -23,6 +23,9 @@ TEST(AlertRuleChange, refusesNumbersWithWhichARuleNeverFires) {
     }
     EXPECT_EQ(problem(AlertKind::lowStorage, {.threshold = 101}),
               "the threshold must be a number from 0 to 100 (% free)");
+    EXPECT_EQ(problem(AlertKind::sustainedCPU, {.window = 60}),
+              "the window must be 120 seconds or more: a shorter one holds too few readings");
+    EXPECT_TRUE(isFine(AlertKind::thermalPressure, {.window = 60}));
     EXPECT_EQ(problem(AlertKind::diskWrite, {.window = 1801}), "the window must be a number from 0 to 1800 (seconds)");
     for (const AlertRule& rule : AlertRule::defaults)
         EXPECT_TRUE(isFine(rule.kind, {.threshold = rule.threshold, .window = rule.window, .cooldown = rule.cooldown}))

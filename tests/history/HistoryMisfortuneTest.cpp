@@ -236,6 +236,28 @@ TEST(HistoryMisfortune, openedAgainItKeepsTheMinutesThatWaited) {
     EXPECT_EQ(integrity(harness.path), "ok");
 }
 
+TEST(HistoryMisfortune, writesAnAlertThatMetALockWhenItCan) {
+    TemporaryFolder folder;
+    StoreHarness harness(folder.file("history.sqlite"));
+    SQLiteDatabase other(harness.path);
+    other.execute("BEGIN EXCLUSIVE");
+    EXPECT_EQ(harness.answer<std::int64_t>([](HistoryStore& store, auto to) {
+        store.recordAlert(Date{start}, "rule", "info", "title", "body", std::nullopt, to);
+    }),
+              0);
+    harness.flush();
+    EXPECT_TRUE(harness.problem());
+    other.execute("ROLLBACK");
+    harness.flush();
+    EXPECT_EQ(harness.problem(), std::nullopt);
+    const auto alerts =
+        harness.answer<std::vector<StoredAlert>>([](HistoryStore& store, auto to) { store.alerts(10, to); });
+    ASSERT_EQ(alerts.size(), 1U);
+    EXPECT_EQ(alerts[0].title, "title");
+    harness.flush();
+    EXPECT_EQ(harness.status().alerts, 1) << "once";
+}
+
 TEST(HistoryMisfortune, readsNothingOutOfAFileThatIsJustBegun) {
     TemporaryFolder folder;
     StoreHarness reader(folder.write("history.sqlite", ""), HistoryAccess::readOnly);

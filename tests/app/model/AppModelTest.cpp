@@ -217,6 +217,31 @@ TEST_F(AppModelTest, endsASessionWhoseRowIsNotKnownYet) {
     }
 }
 
+TEST_F(AppModelTest, keepsASessionThatBeganWhileTheFileWasHeld) {
+    SQLiteDatabase other(harness.path);
+    other.execute("BEGIN EXCLUSIVE");
+    model().startSession("held");
+    harness.settle();
+    EXPECT_EQ(state().sessionID, 0);
+    other.execute("ROLLBACK");
+    model().stopSession();
+    harness.settle();
+    const auto sessions = harness.storedSessions();
+    ASSERT_EQ(sessions.size(), 1u);
+    EXPECT_TRUE(sessions[0].end);
+    EXPECT_EQ(readSessionSummary(sessions[0].summaryJSON.value_or("")), state().lastSessionSummary);
+}
+
+TEST_F(AppModelTest, anIntervalFromAFileMakesNoBusyLoop) {
+    for (const auto& [chosen, waited] : {std::pair{1e-9, 0.1}, {-5.0, 0.1}, {1e300, 3600.0}, {0.5, 0.5}}) {
+        harness.stored->values["backgroundInterval"] = chosen;
+        harness.open();
+        model().start();
+        harness.settle();
+        EXPECT_EQ(harness.clock->waited.back(), waited) << chosen;
+    }
+}
+
 TEST_F(AppModelTest, countsWhoLooks) {
     model().start();
     harness.settle();
