@@ -335,8 +335,9 @@ const AlertEngine& AppModel::alertEngine() const {
     return self->alertEngine;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): handed over, whatever the signal makes of it
 Subscription AppModel::observe(std::function<void(const ModelChanges&)> observer) {
-    return self->changed.connect(std::move(observer));
+    return self->changed.connect(observer);
 }
 
 void AppModel::apply(const SharedSnapshot& snapshot) {

@@ -183,8 +183,9 @@ void AppSettings::reload() {
     publish();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): handed over, whatever the signal makes of it
 Subscription AppSettings::observe(std::function<void()> observer) {
-    return changed->observers.connect(boost::signals2::signal<void()>::slot_type(std::move(observer)));
+    return changed->observers.connect(observer);
 }
 
 void AppSettings::publish() {
