@@ -80,8 +80,7 @@ TEST(UserFolders, thatAreThereStayAsTheyAre) {
     std::filesystem::create_directory_symlink(temporary.file("open"), temporary.file("link"));
     EXPECT_EQ(UserFolders::makeDirectory(temporary.file("link")), std::nullopt);
     EXPECT_EQ(modeOf(temporary.file("open")), 0755);
-    EXPECT_EQ(UserFolders::makeDirectory(temporary.write("file", "x")),
-              temporary.file("file") + ": Not a directory");
+    EXPECT_EQ(UserFolders::makeDirectory(temporary.write("file", "x")), temporary.file("file") + ": Not a directory");
     EXPECT_EQ(UserFolders::makeDirectory(temporary.file("file/below")),
               temporary.file("file/below") + ": Not a directory");
     std::filesystem::create_symlink("nowhere", temporary.file("dangling"));
