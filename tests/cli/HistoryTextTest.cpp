@@ -1,6 +1,6 @@
 #include "cli/HistoryText.hpp"
 
-#include "core/model/Text.hpp"
+#include "tests/cli/PrintedText.hpp"
 
 #include <gtest/gtest.h>
 
@@ -30,16 +30,6 @@ AppUsageSummary application(std::string key, std::string name) {
     summary.appKey = std::move(key);
     summary.name = std::move(name);
     return summary;
-}
-
-bool holds(const std::string& text, std::string_view part) {
-    return text.find(part) != std::string::npos;
-}
-
-void expectWithin(const std::string& text, int width) {
-    for (const std::string_view line : Text::lines(text))
-        EXPECT_LE(Text::columns(line), width) << line;
-    EXPECT_EQ(text.find('\x1b'), std::string::npos) << text;
 }
 
 TEST(HistoryRows, showWhatTheRowsTellAndNothingElse) {

@@ -1,6 +1,6 @@
 #include "cli/JudgementText.hpp"
 
-#include "core/model/Text.hpp"
+#include "tests/cli/PrintedText.hpp"
 
 #include <gtest/gtest.h>
 
@@ -9,16 +9,6 @@ namespace {
 
 constexpr Date now{1'800'000'000};
 constexpr std::string_view hostile = "Evil\x1b[2J\nname";
-
-bool holds(const std::string& text, std::string_view part) {
-    return text.find(part) != std::string::npos;
-}
-
-void expectWithin(const std::string& text, int width) {
-    for (const std::string_view line : Text::lines(text))
-        EXPECT_LE(Text::columns(line), width) << line;
-    EXPECT_EQ(text.find('\x1b'), std::string::npos) << text;
-}
 
 HealthCategory category(HealthCategory::Status status, std::string name) {
     return {.id = "x", .name = std::move(name), .status = status, .label = "Label", .evidence = {}};
