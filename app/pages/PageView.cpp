@@ -1,0 +1,216 @@
+#include "app/pages/PageView.hpp"
+
+#include "app/widgets/Buttons.hpp"
+#include "app/widgets/StatusGlyph.hpp"
+#include "app/widgets/Strings.hpp"
+#include "app/widgets/TextLabel.hpp"
+#include "app/widgets/Type.hpp"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr double headerHeight = 52;
+constexpr double pageMargin = 20;
+constexpr double narrowMargin = 16;
+
+constexpr ModelChanges everything{.snapshot = true,
+                                  .alerts = true,
+                                  .insights = true,
+                                  .health = true,
+                                  .totals = true,
+                                  .session = true,
+                                  .navigation = true};
+
+/// Shows a line under itself once the body has scrolled.
+class Header final : public QWidget {
+public:
+    using QWidget::QWidget;
+    void setLine(bool shows) {
+        if (shows == line)
+            return;
+        line = shows;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        if (line)
+            QPainter(this).fillRect(0, height() - 1, width(), 1, Theme::current().separator);
+    }
+
+private:
+    bool line = false;
+};
+
+} // namespace
+
+PageView::PageView(Page page, PageContext& given, QWidget* parent) : QWidget(parent), context(given), ownPage(page) {
+    auto* header = new Header(this);
+    header->setFixedHeight(Type::px(headerHeight));
+    back = new IconButton("back", tr("Back"), header);
+    forward = new IconButton("forward", tr("Forward"), header);
+    connect(back, &QAbstractButton::clicked, this, [this] { model().goBack(); });
+    connect(forward, &QAbstractButton::clicked, this, [this] { model().goForward(); });
+    heading = new TextLabel(TypeRole::pageTitle, Tone::text, header);
+    heading->setText(text(title(page, context.words)));
+    heading->setElideMode(Qt::ElideNone);
+    glyph = new StatusGlyph(Condition::good, 14, header);
+    glyph->hide();
+    subtitle = new TextLabel(TypeRole::secondary, Tone::text2, header);
+
+    controls = new QHBoxLayout;
+    controls->setSpacing(Type::px(8));
+    auto* row = new QHBoxLayout(header);
+    row->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), 0);
+    row->setSpacing(Type::px(2));
+    row->addWidget(back);
+    row->addWidget(forward);
+    row->addSpacing(Type::px(12));
+    row->addWidget(heading);
+    row->addSpacing(Type::px(10));
+    row->addWidget(glyph);
+    row->addSpacing(Type::px(4));
+    row->addWidget(subtitle, 1);
+    row->addSpacing(Type::px(8));
+    row->addLayout(controls);
+
+    strips = new QWidget(this);
+    auto* stripLayout = new QVBoxLayout(strips);
+    stripLayout->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), 0);
+    stripLayout->setSpacing(Type::px(12));
+    strips->hide();
+
+    holder = new QWidget(this);
+    auto* holderLayout = new QVBoxLayout(holder);
+    holderLayout->setContentsMargins(0, 0, 0, 0);
+
+    auto* all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(0);
+    all->addWidget(header);
+    all->addWidget(strips);
+    all->addWidget(holder, 1);
+    setAccessibleName(heading->text());
+    setFocusPolicy(Qt::ClickFocus);
+    updateHeader();
+}
+
+PageView::~PageView() {
+    if (awake)
+        model().unregisterPage(std::string(rawValue(ownPage)));
+}
+
+void PageView::setWindowSeen(bool isSeen) {
+    seen = isSeen;
+    settle();
+}
+
+void PageView::setNarrow(bool isNarrow) {
+    if (isNarrow == narrow)
+        return;
+    narrow = isNarrow;
+    const int margin = Type::px(narrow ? narrowMargin : pageMargin);
+    layout()->itemAt(0)->widget()->layout()->setContentsMargins(margin, 0, margin, 0);
+    strips->layout()->setContentsMargins(margin, 0, margin, Type::px(12));
+    if (QWidget* body = scroll ? scroll->widget() : nullptr)
+        body->setContentsMargins(margin, 0, margin, margin);
+    else
+        holder->setContentsMargins(margin, 0, margin, margin);
+    narrowChanged();
+}
+
+void PageView::focusMain() {
+    setFocus(Qt::OtherFocusReason);
+}
+
+void PageView::setSubtitle(const QString& line) {
+    subtitle->setText(line);
+}
+
+void PageView::setSubtitleCondition(std::optional<Condition> condition, const QString& word) {
+    glyph->setVisible(condition.has_value());
+    if (condition)
+        glyph->set(*condition, word);
+}
+
+void PageView::addHeaderControl(QWidget* control) {
+    controls->addWidget(control);
+}
+
+void PageView::setBody(QWidget* body, bool fills) {
+    const int margin = Type::px(pageMargin);
+    if (fills) {
+        holder->setContentsMargins(margin, 0, margin, margin);
+        holder->layout()->addWidget(body);
+        return;
+    }
+    body->setContentsMargins(margin, 0, margin, margin);
+    scroll = new QScrollArea(holder);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidget(body);
+    body->setAutoFillBackground(false);
+    scroll->viewport()->setAutoFillBackground(false);
+    holder->layout()->addWidget(scroll);
+    auto* header = static_cast<Header*>(layout()->itemAt(0)->widget());
+    connect(scroll->verticalScrollBar(), &QScrollBar::valueChanged, header,
+            [header](int value) { header->setLine(value > 0); });
+}
+
+void PageView::addStrip(QWidget* strip) {
+    strips->layout()->addWidget(strip);
+    strips->layout()->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), Type::px(12));
+    strips->show();
+}
+
+void PageView::showEvent(QShowEvent* shown) {
+    QWidget::showEvent(shown);
+    settle();
+}
+
+void PageView::hideEvent(QHideEvent* hidden) {
+    QWidget::hideEvent(hidden);
+    settle();
+}
+
+void PageView::settle() {
+    const bool wanted = seen && isVisible();
+    if (wanted == awake)
+        return;
+    awake = wanted;
+    const std::string name(rawValue(ownPage));
+    if (!awake) {
+        watching.disconnect();
+        model().unregisterPage(name);
+        sleep();
+        return;
+    }
+    model().registerPage(name);
+    watching = model().observe([this](const ModelChanges& changes) {
+        if (changes.navigation)
+            updateHeader();
+        refresh(changes);
+    });
+    updateHeader();
+    wake();
+    refresh(everything);
+}
+
+void PageView::updateHeader() {
+    back->setEnabled(!model().navigation().backStack().empty());
+    forward->setEnabled(!model().navigation().forwardStack().empty());
+}
+
+} // namespace ostrivane

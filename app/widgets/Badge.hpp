@@ -1,0 +1,43 @@
+#pragma once
+
+#include "app/widgets/Theme.hpp"
+
+#include <QString>
+#include <QWidget>
+
+namespace ostrivane {
+
+/// A condition as glyph and word, on its own ground.
+class Badge final : public QWidget {
+public:
+    explicit Badge(QWidget* parent = nullptr);
+    void set(Condition condition, const QString& word);
+    void setGlyphOnly(bool glyphOnly); ///< where there is no room; the word is then the tooltip
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Condition condition = Condition::unknown;
+    QString word;
+    bool glyphOnly = false;
+};
+
+/// A word on a neutral ground, such as "Vite".
+class Tag final : public QWidget {
+public:
+    explicit Tag(const QString& word = {}, QWidget* parent = nullptr);
+    void setWord(const QString& word); ///< hidden without one
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString word;
+};
+
+} // namespace ostrivane

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "app/widgets/Theme.hpp"
+
+#include <QWidget>
+
+namespace ostrivane {
+
+class PushButton;
+class StatusGlyph;
+class TextLabel;
+
+/// A message across the page: glyph, a line of text, a second line below it where there is one, an optional button.
+/// Raises one accessible alert when its text changes while it is shown.
+class Banner final : public QWidget {
+    Q_OBJECT
+public:
+    explicit Banner(QWidget* parent = nullptr);
+    /// An empty `title` hides the banner.
+    void set(Condition condition, const QString& title, const QString& detail = {});
+    void setAction(const QString& label); ///< empty: no button
+    void setClosable(bool closable);
+
+Q_SIGNALS:
+    void actionTriggered();
+    void closed();
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Condition condition = Condition::info;
+    StatusGlyph* glyph = nullptr;
+    TextLabel* title = nullptr;
+    TextLabel* detail = nullptr;
+    PushButton* action = nullptr;
+    QWidget* closeButton = nullptr;
+};
+
+} // namespace ostrivane

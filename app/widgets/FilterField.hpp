@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QLineEdit>
+
+namespace ostrivane {
+
+/// A field that narrows a list down, with the sign of a search and a button that clears it. Escape clears it too.
+class FilterField final : public QLineEdit {
+    Q_OBJECT
+public:
+    explicit FilterField(const QString& placeholder, QWidget* parent = nullptr);
+    /// Stands at the right end while the field is empty: "Ctrl F".
+    void setShortcutText(const QString& text);
+    QSize sizeHint() const override;
+
+Q_SIGNALS:
+    /// Escape in an empty field.
+    void escaped();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    QString shortcut;
+};
+
+} // namespace ostrivane

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/widgets/Theme.hpp"
+#include "core/model/TimedValue.hpp"
+
+#include <QRectF>
+#include <QWidget>
+
+#include <span>
+#include <vector>
+
+class QPainter;
+
+namespace ostrivane {
+
+struct SparklineLook {
+    Series series = Series::s1;
+    double top = 1;      ///< the scale's upper end; the lower is 0
+    double now = 0;      ///< time of the right edge
+    double window = 300; ///< seconds
+    bool isDashed = false;
+    bool hasArea = true;
+};
+
+/// A line without axes. Breaks nowhere; values above the scale stay at its upper end.
+void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedValue> points,
+                   const SparklineLook& look);
+
+/// The same as a widget. `name` and a sentence of its figures are for assistive programs.
+class Sparkline final : public QWidget {
+public:
+    explicit Sparkline(const QString& name, QWidget* parent = nullptr);
+    void set(std::vector<TimedValue> points, const SparklineLook& look);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<TimedValue> points;
+    SparklineLook look;
+};
+
+} // namespace ostrivane

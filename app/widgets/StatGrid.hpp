@@ -1,0 +1,63 @@
+#pragma once
+
+#include "app/widgets/Theme.hpp"
+
+#include <QString>
+#include <QWidget>
+
+#include <vector>
+
+namespace ostrivane {
+
+/// A figure with its name and, behind it, a lighter remark: "Memory", "23.4 GB", "of 32.0 GB".
+struct Stat {
+    QString caption;
+    QString value;
+    QString remark{};
+    Tone tone = Tone::text;
+
+    friend bool operator==(const Stat&, const Stat&) = default;
+};
+
+/// Figures in equal columns. Paints itself; setting equal figures paints nothing.
+class StatGrid final : public QWidget {
+public:
+    explicit StatGrid(int columns, QWidget* parent = nullptr);
+    void set(std::vector<Stat> stats);
+    void setColumns(int columns);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<Stat> stats;
+    int columns;
+};
+
+/// A line of a `KeyValueList`. An empty key makes a line across.
+struct KeyValue {
+    QString key;
+    QString value;
+    Tone tone = Tone::text;
+
+    friend bool operator==(const KeyValue&, const KeyValue&) = default;
+};
+
+/// Names at the left, values at the right, one below the other.
+class KeyValueList final : public QWidget {
+public:
+    explicit KeyValueList(QWidget* parent = nullptr);
+    void set(std::vector<KeyValue> lines);
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::vector<KeyValue> lines;
+};
+
+} // namespace ostrivane

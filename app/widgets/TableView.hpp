@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QTableView>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ostrivane {
+
+class KeyValueStore;
+class RowsModelBase;
+
+/// A table in the program's look: sort by the heads, hide and resize columns by their menu (kept under the table's id),
+/// keep the order while the pointer is inside, a menu of it is open, or a key was pressed in it within five seconds.
+class TableView final : public QTableView {
+    Q_OBJECT
+public:
+    /// @param id  under which widths and hidden columns are kept, as "table.ID"
+    /// @param store  null: nothing is kept
+    TableView(std::string id, const QString& name, KeyValueStore* store, QWidget* parent = nullptr);
+    ~TableView() override;
+
+    void setRows(RowsModelBase* model);
+    RowsModelBase* rows() const;
+
+    void setDense(bool dense); ///< rows of 25 in place of 28
+    /// As tall as its head and that many rows, without scrolling: for a table within a card.
+    void setVisibleRows(int count);
+    /// The row that is selected; -1 without.
+    int selectedRow() const;
+    void selectRow(int row);
+    /// Columns that drop out where the window is narrow, whatever the user chose.
+    void setNarrowHides(std::vector<std::string> columnIDs);
+    void setNarrow(bool narrow);
+
+Q_SIGNALS:
+    void selectionMoved(int row);            ///< -1 when nothing is selected any more
+    void rowActivated(int row);              ///< Enter or a double click
+    void menuWanted(int row, QPoint global); ///< the context menu of a row
+    void orderHeldChanged(bool held);
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts;
+};
+
+} // namespace ostrivane
