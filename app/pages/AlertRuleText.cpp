@@ -1,7 +1,7 @@
 #include "app/pages/AlertRuleText.hpp"
 
+#include "app/pages/Decimals.hpp"
 #include "core/model/Formatters.hpp"
-#include "core/model/Text.hpp"
 
 #include <fmt/format.h>
 
@@ -13,19 +13,10 @@ namespace ostrivane {
 namespace {
 
 constexpr double minute = 60;
-constexpr int mostDecimals = 3;
-
-/// As many as show the number as it was chosen.
-int decimals(double value) {
-    int count = 0;
-    while (count < mostDecimals && Text::number<double>(Formatters::decimal(value, count)) != value)
-        ++count;
-    return count;
-}
 
 /// "80% of a core", "24 hours idle", "level 2 (2 = elevated, 4 = critical)".
 std::string thresholdText(const AlertRule& rule) {
-    const std::string number = Formatters::decimal(rule.threshold, decimals(rule.threshold));
+    const std::string number = Formatters::decimal(rule.threshold, shownDecimals(rule.threshold));
     const std::string_view unit = thresholdUnit(rule.kind);
     if (unit.starts_with('%'))
         return fmt::format("{}{}", number, unit);
@@ -42,7 +33,7 @@ RuleNumber timeNumber(double seconds, double least, double most) {
             .most = std::floor(most / scale),
             .scale = scale,
             .unit = inMinutes ? "minutes" : "seconds",
-            .decimals = inMinutes ? 0 : decimals(seconds)};
+            .decimals = inMinutes ? 0 : shownDecimals(seconds)};
 }
 
 } // namespace
@@ -70,7 +61,7 @@ RuleNumbers ruleNumbers(const AlertRule& rule) {
                                       .most = limit.mostThreshold,
                                       .scale = 1,
                                       .unit = unit,
-                                      .decimals = std::max(least, decimals(rule.threshold))},
+                                      .decimals = std::max(least, shownDecimals(rule.threshold))},
                         .lasting = std::nullopt,
                         .cooldown = timeNumber(rule.cooldown, 0, limit.mostCooldown)};
     if (looksAtWindow(rule.kind))
