@@ -77,7 +77,6 @@ QWidget* AlertRuleRow::makeHead() {
     auto* head = new QWidget(this);
     head->setMinimumHeight(Type::px(40));
     enabled = new Switch(title, head);
-    enabled->setCheckable(true);
     connect(enabled, &QAbstractButton::clicked, this, [this](bool isOn) { Q_EMIT changeWanted({.enabled = isOn}); });
     name = new TextLabel(TypeRole::tableStrong, Tone::text, head);
     name->setText(title);
@@ -145,7 +144,6 @@ void AlertRuleRow::makeDetails() {
     label->setText(tr("Notify me"));
     label->setFixedWidth(std::max(Type::px(104), label->sizeHint().width() + Type::px(8)));
     notify = new Switch(tr("Notify me of “%1”").arg(text(title(shown.kind))), details);
-    notify->setCheckable(true);
     notify->setChecked(shown.notify);
     connect(notify, &QAbstractButton::clicked, this, [this](bool isOn) { Q_EMIT changeWanted({.notify = isOn}); });
     auto* row = new QHBoxLayout;

@@ -54,7 +54,6 @@ void AlertsPage::makeHeader() {
     label->setElideMode(Qt::ElideNone);
     addHeaderControl(label);
     notifications = new Switch(tr("Notifications"), this);
-    notifications->setCheckable(true);
     connect(notifications, &QAbstractButton::clicked, this,
             [this](bool isOn) { model().settings().set(&Preferences::notificationsEnabled, isOn); });
     addHeaderControl(notifications);
