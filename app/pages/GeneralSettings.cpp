@@ -1,5 +1,6 @@
 #include "app/pages/GeneralSettings.hpp"
 
+#include "app/model/KeepRunning.hpp"
 #include "app/pages/AlertRuleText.hpp"
 #include "app/pages/LoginRow.hpp"
 #include "app/pages/SettingsControls.hpp"
@@ -50,8 +51,26 @@ QWidget* GeneralSettings::makeStart(SettingsControls& controls) {
         group->add(tr("Show in Dock"), tr("Keep the icon in the Dock while no window is open"),
                    controls.toggle(tr("Show in Dock"), &Preferences::showInDock));
     else
-        closing = group->add(tr("Closing the window"), text(closingText(context.hasTray())), nullptr);
+        addClosing(*group, controls);
     return group;
+}
+
+void GeneralSettings::addClosing(SettingsGroup& group, SettingsControls& controls) {
+    keepRunning = new Switch(tr("Keep running without the window"));
+    connect(keepRunning, &QAbstractButton::clicked, this, [this](bool keeps) {
+        context.model.settings().defaults().setBoolean(keepRunningKey, keeps);
+        showClosing();
+    });
+    closing = group.add(tr("Keep running without the window"), {}, keepRunning);
+    controls.follow([this](const Preferences&) { showClosing(); });
+}
+
+void GeneralSettings::showClosing() {
+    const bool hasTray = context.hasTray();
+    const auto keeps = context.model.settings().defaults().boolean(keepRunningKey);
+    closing->setDetail(text(closingText(hasTray, keeps)));
+    keepRunning->setChecked(hasTray || keeps.value_or(false));
+    keepRunning->setEnabled(!hasTray);
 }
 
 QWidget* GeneralSettings::makeNotifications(SettingsControls& controls) {
@@ -88,7 +107,7 @@ QWidget* GeneralSettings::makeOrganizer(SettingsControls& controls) {
 void GeneralSettings::refresh() {
     login->refresh();
     if (closing)
-        closing->setDetail(text(closingText(context.hasTray())));
+        showClosing();
 }
 
 } // namespace ostrivane

@@ -7,6 +7,7 @@ namespace ostrivane {
 
 class LoginRow;
 class SettingsControls;
+class Switch;
 
 /// Looks, units, start, notifications, and what the pages for development and files use.
 class GeneralSettings final : public SettingsColumns {
@@ -19,6 +20,8 @@ private:
     QWidget* makeLooks(SettingsControls& controls);
     QWidget* makeUnits(SettingsControls& controls);
     QWidget* makeStart(SettingsControls& controls);
+    void addClosing(SettingsGroup& group, SettingsControls& controls);
+    void showClosing();
     QWidget* makeNotifications(SettingsControls& controls);
     QWidget* makeServers(SettingsControls& controls);
     QWidget* makeOrganizer(SettingsControls& controls);
@@ -26,6 +29,7 @@ private:
     PageContext& context;
     LoginRow* login = nullptr;
     SettingRow* closing = nullptr; ///< null where the desktop has a Dock
+    Switch* keepRunning = nullptr; ///< the same
 };
 
 } // namespace ostrivane

@@ -28,9 +28,12 @@ std::string seconds(double count) {
 
 } // namespace
 
-std::string closingText(bool hasTray) {
-    return hasTray ? "Ostrivane goes on measuring, behind its icon in the tray"
-                   : "Quits Ostrivane: without an icon in a tray nothing would lead back to it";
+std::string closingText(bool hasTray, std::optional<bool> keepsRunning) {
+    if (hasTray)
+        return "Ostrivane goes on measuring, behind its icon in the tray";
+    if (!keepsRunning)
+        return "There is no icon to come back by; the first time Ostrivane asks";
+    return *keepsRunning ? "Ostrivane goes on measuring; starting it again shows the window" : "Ostrivane quits";
 }
 
 std::string startAtLoginText(LoginItem::State state, bool hasTray) {

@@ -15,7 +15,8 @@ namespace ostrivane {
 struct AppState;
 
 /// What closing the window does now.
-std::string closingText(bool hasTray);
+/// @param keepsRunning  what was answered when it was closed without a tray; absent: not asked yet
+std::string closingText(bool hasTray, std::optional<bool> keepsRunning);
 
 /// What starting at login does, or what stands in its way.
 std::string startAtLoginText(LoginItem::State state, bool hasTray);

@@ -18,8 +18,9 @@ constexpr std::array<WelcomePoint, 3> welcomePoints(bool hasTray) {
                                  "Everything is measured and kept on this machine. Nothing is sent anywhere."};
     constexpr WelcomePoint tray{"gauge.with.dots.needle.50percent", "In the menu bar or tray",
                                 "Open the window from there for everything. Closing it leaves Ostrivane running."};
-    constexpr WelcomePoint window{"gauge.with.dots.needle.50percent", "While the window is open",
-                                  "This desktop has no tray for an icon, so closing the window quits Ostrivane."};
+    constexpr WelcomePoint window{
+        "gauge.with.dots.needle.50percent", "In the window",
+        "There is no icon to come back by yet: closed for the first time, Ostrivane asks whether to keep running."};
     constexpr WelcomePoint careful{"trash", "Nothing is removed until you confirm.",
                                    "Quitting an app, or deleting anything that was recorded, always asks first."};
     return {local, hasTray ? tray : window, careful};
