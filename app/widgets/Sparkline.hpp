@@ -6,6 +6,7 @@
 #include <QRectF>
 #include <QWidget>
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -20,6 +21,8 @@ struct SparklineLook {
     double window = 300; ///< seconds
     bool isDashed = false;
     bool hasArea = true;
+
+    friend bool operator==(const SparklineLook&, const SparklineLook&) = default;
 };
 
 /// A line without axes. Breaks nowhere; values above the scale stay at its upper end.
@@ -31,6 +34,9 @@ class Sparkline final : public QWidget {
 public:
     explicit Sparkline(const QString& name, QWidget* parent = nullptr);
     void set(std::vector<TimedValue> points, const SparklineLook& look);
+    /// How a figure reads. Without it `description` is empty.
+    void setText(std::function<QString(double)> text);
+    QString description() const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -40,6 +46,7 @@ protected:
 private:
     std::vector<TimedValue> points;
     SparklineLook look;
+    std::function<QString(double)> text;
 };
 
 } // namespace ostrivane
