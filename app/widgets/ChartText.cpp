@@ -1,11 +1,22 @@
 #include "app/widgets/ChartText.hpp"
 
+#include <QDateTime>
+#include <QLocale>
 #include <QStringList>
 
 #include <algorithm>
 #include <cmath>
 
 namespace ostrivane::ChartText {
+
+namespace {
+
+QString local(double time, const QString& format) {
+    // The program's words are English everywhere, those for months too.
+    return QLocale::c().toString(QDateTime::fromSecsSinceEpoch(static_cast<qint64>(std::floor(time))), format);
+}
+
+} // namespace
 
 std::optional<Figures> figures(std::span<const TimedValue> points, double since, double until) {
     std::optional<Figures> found;
@@ -44,12 +55,28 @@ QString sentence(const QString& name, const QString& span, std::span<const Told>
         const QString part = QStringLiteral("now ") + line.text(line.figures->now) + QStringLiteral(", lowest ") +
                              line.text(line.figures->lowest) + QStringLiteral(", highest ") +
                              line.text(line.figures->highest);
-        parts << (lines.size() > 1 ? line.name + QLatin1Char(' ') + part : part);
+        parts << (line.name.isEmpty() ? part : line.name + QLatin1Char(' ') + part);
     }
     if (parts.isEmpty())
         parts << QStringLiteral("no data");
     return name + QStringLiteral(", ") + span + QStringLiteral(": ") + parts.join(QStringLiteral("; ")) +
            QLatin1Char('.');
+}
+
+QString clockWithSeconds(double time) {
+    return local(time, QStringLiteral("HH:mm:ss"));
+}
+
+QString clock(double time) {
+    return local(time, QStringLiteral("HH:mm"));
+}
+
+QString dayOfMonth(double time) {
+    return local(time, QStringLiteral("MMM d"));
+}
+
+QString dayAndClock(double time) {
+    return local(time, QStringLiteral("MMM d, HH:mm"));
 }
 
 } // namespace ostrivane::ChartText
