@@ -21,6 +21,7 @@ Chart::Chart(const QString& name, QWidget* parent) : QWidget(parent) {
     setAccessibleName(name);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
+    Style::giveFocusRing(*this, 6);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
@@ -151,8 +152,6 @@ void Chart::paintEvent(QPaintEvent*) {
         if (showsReadout)
             ChartReadout::drawBox(painter, shown, told, QRectF(shown.plot.left(), 0, shown.plot.width(), height()));
     }
-    if (Style::showsFocus(*this))
-        Style::drawFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), Type::px(6));
 }
 
 void Chart::resizeEvent(QResizeEvent*) {

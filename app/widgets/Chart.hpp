@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/ChartData.hpp"
 #include "app/widgets/ChartGrid.hpp"
 #include "app/widgets/ChartPaint.hpp"
@@ -15,10 +16,12 @@ namespace ostrivane {
 
 /// What all charts are: a plot with its grid and labels, a cursor that the pointer and the keys move, and a sentence
 /// for assistive programs. The grid is kept as a picture; only what stands in the plot is painted as figures change.
-class Chart : public QWidget {
+class Chart : public QWidget, public AccessibleSentence {
 public:
     /// A sentence of the figures, and of the moment under the cursor. Made when asked.
     QString description() const;
+    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
+    QString accessibleSentence() const override { return description(); }
     /// The moment that is read out, in the time of the points.
     std::optional<double> cursor() const { return cursorTime; }
     QSize sizeHint() const override;

@@ -32,6 +32,7 @@ CoreGrid::CoreGrid(QWidget* parent) : QWidget(parent) {
     QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     policy.setHeightForWidth(true);
     setSizePolicy(policy);
+    setAccessibleName(QStringLiteral("Cores"));
 }
 
 void CoreGrid::set(std::vector<CoreCell> given) {
@@ -53,6 +54,13 @@ void CoreGrid::setPerRow(int count) {
     perRow = count;
     updateGeometry();
     update();
+}
+
+QString CoreGrid::accessibleSentence() const {
+    QStringList told;
+    for (const CoreCell& cell : cells)
+        told << cell.label + QLatin1Char(' ') + cell.value;
+    return told.isEmpty() ? QString() : told.join(QStringLiteral(", ")) + QLatin1Char('.');
 }
 
 int CoreGrid::heightForWidth(int) const {
