@@ -133,7 +133,7 @@ TEST_F(HistoryStoreTest, tellsWhatRanAtAMoment) {
     EXPECT_TRUE(at(start + 120).empty()) << "the minute under way is nobody's yet";
 
     harness.store->maintain(Date{start + 10 * 86400});
-    EXPECT_EQ(at(start + 1800).size(), 2U) << "an hour's row holds each of its seconds";
+    EXPECT_EQ(at(start + 700).size(), 2U) << "an hour's row holds each of its seconds";
 }
 
 TEST_F(HistoryStoreTest, namesAnApplicationAnewInTheNextRunAndKeepsItsIdentifier) {
