@@ -74,6 +74,10 @@ bool ResourcePage::isLive() const {
     return !picker->range();
 }
 
+void ResourcePage::setRangesShown(bool shown) {
+    picker->setVisible(shown);
+}
+
 double ResourcePage::interval() const {
     return model().settings()->foregroundInterval;
 }

@@ -36,6 +36,8 @@ protected:
     bool isLive() const;
     /// "Last 5 minutes, every second", "Last 12 hours".
     QString reach() const;
+    /// Without ranges where there is no figure to look back on.
+    void setRangesShown(bool shown);
     /// Seconds between two readings while this page is seen.
     double interval() const;
 
