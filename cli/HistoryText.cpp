@@ -105,9 +105,11 @@ std::string applicationText(const ApplicationHistory& application, HistoryRange 
         {"Processor", Formatters::cpu(summary.avgCPU) + " over the whole range"},
         {"Memory", fmt::format("{} on average, {} at most", Formatters::bytes(summary.avgMemory),
                                Formatters::bytes(summary.peakMemory))},
-        {"Disk", fmt::format("{} read, {} written", amount(summary.diskRead), amount(summary.diskWrite))},
-        {"Network", fmt::format("{} in, {} out", amount(summary.netIn), amount(summary.netOut))},
-        {"Energy", energySum(summary.energyJ / joulesPerWattHour)},
+        {"Disk", fmt::format("{} read, {} written", Formatters::amount(summary.diskRead),
+                             Formatters::amount(summary.diskWrite))},
+        {"Network",
+         fmt::format("{} in, {} out", Formatters::amount(summary.netIn), Formatters::amount(summary.netOut))},
+        {"Energy", Formatters::energySum(summary.energyJ / Formatters::joulesPerWattHour)},
         {"Active", activeTime(summary.activeMinutes)}};
     for (const auto& [name, value] : facts)
         text += fact(name, value, layout.width);
@@ -122,16 +124,18 @@ std::string topText(const std::vector<AppUsageSummary>& applications, HistoryRan
         .rows = {}};
     for (const AppUsageSummary& app : applications)
         table.rows.push_back({Text::visible(app.name), Formatters::cpu(app.avgCPU), Formatters::bytes(app.avgMemory),
-                              Formatters::bytes(app.peakMemory), activeTime(app.activeMinutes), amount(app.diskWrite),
-                              amount(app.diskRead), amount(app.netIn), amount(app.netOut),
-                              energySum(app.energyJ / joulesPerWattHour)});
+                              Formatters::bytes(app.peakMemory), activeTime(app.activeMinutes),
+                              Formatters::amount(app.diskWrite), Formatters::amount(app.diskRead),
+                              Formatters::amount(app.netIn), Formatters::amount(app.netOut),
+                              Formatters::energySum(app.energyJ / Formatters::joulesPerWattHour)});
     return tableText(table, width);
 }
 
 std::string totalsText(const Totals& totals, HistoryRange range) {
-    return fmt::format("The last {}\n\n", label(range)) + fact("Read", amount(totals.diskRead), {}) +
-           fact("Written", amount(totals.diskWrite), {}) + fact("In", amount(totals.netIn), {}) +
-           fact("Out", amount(totals.netOut), {}) + fact("Energy", energySum(totals.energyWh), {});
+    return fmt::format("The last {}\n\n", label(range)) + fact("Read", Formatters::amount(totals.diskRead), {}) +
+           fact("Written", Formatters::amount(totals.diskWrite), {}) +
+           fact("In", Formatters::amount(totals.netIn), {}) + fact("Out", Formatters::amount(totals.netOut), {}) +
+           fact("Energy", Formatters::energySum(totals.energyWh), {});
 }
 
 Meant meantApplication(const std::vector<AppUsageSummary>& applications, const std::string& wanted,

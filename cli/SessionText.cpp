@@ -57,9 +57,13 @@ std::string machineFacts(const SessionSummary& summary, std::optional<int> width
     if (summary.systemPower)
         text += longFact("Power", averageAndPeak(*summary.systemPower, [](double x) { return Formatters::power(x); }),
                          width);
-    text += longFact("Disk", fmt::format("{} read, {} written", amount(summary.diskRead), amount(summary.diskWrite)),
-                     width);
-    text += longFact("Network", fmt::format("{} in, {} out", amount(summary.netIn), amount(summary.netOut)), width);
+    text += longFact(
+        "Disk",
+        fmt::format("{} read, {} written", Formatters::amount(summary.diskRead), Formatters::amount(summary.diskWrite)),
+        width);
+    text += longFact(
+        "Network", fmt::format("{} in, {} out", Formatters::amount(summary.netIn), Formatters::amount(summary.netOut)),
+        width);
     if (summary.batteryStart && summary.batteryEnd)
         text += longFact("Battery", fmt::format("{}% to {}%", *summary.batteryStart, *summary.batteryEnd), width);
     return text;
@@ -72,7 +76,8 @@ std::string applicationTable(const std::vector<SessionSummary::AppLine>& apps, s
     for (const SessionSummary::AppLine& app : apps)
         table.rows.push_back({Text::visible(app.name), Formatters::cpu(app.avgCPU), processorTime(app.cpuSeconds),
                               Formatters::bytes(app.peakMemory), change(app.memoryChange),
-                              energySum(app.energyJ / joulesPerWattHour), amount(app.diskWrite), amount(app.network),
+                              Formatters::energySum(app.energyJ / Formatters::joulesPerWattHour),
+                              Formatters::amount(app.diskWrite), Formatters::amount(app.network),
                               Formatters::percent(app.presentFraction)});
     return tableText(table, width);
 }
