@@ -76,8 +76,10 @@ AppDetailText presentAppDetail(const AppState& state, const ApplicationSnapshot*
     const QString unavailable = text(Formatters::unavailable);
     if (!app)
         return {.summary = unavailable, .stats = absentStats(unavailable, Tone::text2)};
+    const bool isHidden = hiddenFigures(*app, state.snapshot->processes).use;
     AppDetailText shown{.summary = processCountText(app->processCount()),
-                        .stats = stats(text(Formatters::cpu(app->cpu)), text(Formatters::bytes(app->memory)),
+                        .stats = stats(isHidden ? unavailable : text(Formatters::cpu(app->cpu)),
+                                       isHidden ? unavailable : text(Formatters::bytes(app->memory)),
                                        text(Formatters::power(app->powerW)),
                                        app->threads > 0 ? countText(app->threads) : unavailable)};
     if (app->startTime)

@@ -8,7 +8,11 @@
 #include <QLocale>
 #include <QPixmap>
 
+#include <boost/unordered/unordered_flat_map.hpp>
+
 #include <algorithm>
+#include <cmath>
+#include <functional>
 
 namespace ostrivane {
 
@@ -19,19 +23,16 @@ constexpr std::int64_t groupedFrom = 10000;
 
 using Column = TableColumn<ApplicationRow>;
 
-SortKey key(const std::optional<double>& figure) {
-    return figure ? SortKey(*figure) : SortKey();
-}
-
 /// A column of figures whose highest stand first.
-Column figures(ApplicationSort sort, std::function<QString(const ApplicationRow&)> words,
-               std::function<SortKey(const ApplicationRow&)> sortKey) {
-    Column column{.id = rawValue(sort),
-                  .title = title(sort),
-                  .isNumeric = true,
-                  .width = figureWidth,
-                  .text = std::move(words),
-                  .sortKey = std::move(sortKey)};
+Column figures(ApplicationSort sort, std::function<std::optional<double>(const ApplicationRow&)> figure,
+               std::function<std::string(std::optional<double>)> words) {
+    Column column{.id = rawValue(sort), .title = title(sort), .isNumeric = true, .width = figureWidth};
+    column.text = [figure, words](const ApplicationRow& row) { return text(words(figure(row))); };
+    column.sortKey = [figure](const ApplicationRow& row) {
+        const auto value = figure(row);
+        return value ? SortKey(*value) : SortKey();
+    };
+    column.tone = [figure](const ApplicationRow& row) { return figure(row) ? Tone::text : Tone::text2; };
     column.sortsDescendingFirst = true;
     return column;
 }
@@ -52,43 +53,80 @@ Column nameColumn() {
 
 Column cpuColumn() {
     Column column = figures(
-        ApplicationSort::cpu, [](const ApplicationRow& row) { return text(Formatters::cpu(row.app->cpu)); },
-        [](const ApplicationRow& row) { return SortKey(row.app->cpu); });
+        ApplicationSort::cpu,
+        [](const ApplicationRow& row) { return row.hidden.use ? std::nullopt : std::optional(row.app->cpu); },
+        [](std::optional<double> cores) { return cores ? Formatters::cpu(*cores) : std::string(Formatters::dash); });
     column.heat = [](const ApplicationRow& row) { return row.cpuShare; };
     return column;
 }
 
 Column memoryColumn() {
     Column column = figures(
-        ApplicationSort::memory, [](const ApplicationRow& row) { return text(Formatters::bytes(row.app->memory)); },
-        [](const ApplicationRow& row) { return SortKey(static_cast<double>(row.app->memory)); });
+        ApplicationSort::memory,
+        [](const ApplicationRow& row) {
+            return row.hidden.use ? std::nullopt : std::optional(static_cast<double>(row.app->memory));
+        },
+        [](std::optional<double> bytes) { return bytes ? Formatters::bytes(*bytes) : std::string(Formatters::dash); });
     column.heat = [](const ApplicationRow& row) { return row.memoryShare; };
     return column;
 }
 
 Column energyColumn() {
-    Column column = figures(
-        ApplicationSort::energy, [](const ApplicationRow& row) { return text(Formatters::power(row.app->powerW)); },
-        [](const ApplicationRow& row) { return key(row.app->powerW); });
-    column.tone = [](const ApplicationRow& row) { return row.app->powerW ? Tone::text : Tone::text2; };
-    return column;
+    return figures(
+        ApplicationSort::energy, [](const ApplicationRow& row) { return row.app->powerW; }, Formatters::power);
 }
 
 Column diskColumn() {
     Column column = figures(
         ApplicationSort::disk,
-        [](const ApplicationRow& row) { return text(Formatters::diskRate(row.app->diskWriteRate)); },
-        [](const ApplicationRow& row) { return SortKey(row.app->diskWriteRate); });
+        [](const ApplicationRow& row) {
+            return row.hidden.disk ? std::nullopt : std::optional(row.app->diskWriteRate);
+        },
+        Formatters::diskRate);
     column.title = QStringLiteral("Disk W");
     return column;
 }
 
 Column networkColumn() {
-    Column column = figures(
-        ApplicationSort::network, [](const ApplicationRow& row) { return text(Formatters::rate(traffic(*row.app))); },
-        [](const ApplicationRow& row) { return key(traffic(*row.app)); });
-    column.tone = [](const ApplicationRow& row) { return traffic(*row.app) ? Tone::text : Tone::text2; };
-    return column;
+    return figures(
+        ApplicationSort::network, [](const ApplicationRow& row) { return traffic(*row.app); },
+        [](std::optional<double> bytesPerSec) { return Formatters::rate(bytesPerSec); });
+}
+
+/// Whose figures a process keeps from its application's sums.
+struct Hidden {
+    std::int64_t use = 0;
+    std::int64_t disk = 0;
+
+    void add(const ProcessSnapshot& process) {
+        if (!process.isRestricted)
+            return;
+        ++disk;
+        if (!process.memoryIsRSS) // else a tool of the system told them
+            ++use;
+    }
+    HiddenFigures of(const ApplicationSnapshot& app) const {
+        const std::int64_t all = app.processCount();
+        return {.use = all > 0 && use >= all, .disk = all > 0 && disk >= all};
+    }
+};
+
+double share(double value, double most) {
+    const double ratio = value / most;
+    return std::isfinite(ratio) ? std::clamp(ratio, 0.0, 1.0) : 0;
+}
+
+void addHeat(std::vector<ApplicationRow>& rows) {
+    double mostCPU = 1; // less than one core in all is nothing to shout about
+    double mostMemory = 1;
+    for (const ApplicationRow& row : rows) {
+        mostCPU = std::max(mostCPU, std::isfinite(row.app->cpu) ? row.app->cpu : 0);
+        mostMemory = std::max(mostMemory, static_cast<double>(row.app->memory));
+    }
+    for (ApplicationRow& row : rows) {
+        row.cpuShare = share(row.app->cpu, mostCPU);
+        row.memoryShare = share(static_cast<double>(row.app->memory), mostMemory);
+    }
 }
 
 } // namespace
@@ -111,27 +149,32 @@ QString title(ApplicationSort sort) {
     return {};
 }
 
+HiddenFigures hiddenFigures(const ApplicationSnapshot& app, std::span<const ProcessSnapshot> processes) {
+    Hidden hidden;
+    for (const ProcessSnapshot& process : processes)
+        if (process.appKey == app.key)
+            hidden.add(process);
+    return hidden.of(app);
+}
+
 std::vector<ApplicationRow> applicationRows(const SystemSnapshot& snapshot, const QString& filter,
                                             bool includesSystem) {
+    boost::unordered_flat_map<std::string_view, Hidden, std::hash<std::string_view>> hidden;
+    for (const ProcessSnapshot& process : snapshot.processes)
+        if (process.isRestricted)
+            hidden[process.appKey].add(process);
     const QString wanted = filter.trimmed();
     std::vector<ApplicationRow> rows;
     rows.reserve(snapshot.applications.size());
-    double mostCPU = 0;
-    double mostMemory = 0;
     for (const ApplicationSnapshot& app : snapshot.applications) {
         if (app.isSystem && !includesSystem)
             continue;
         if (!wanted.isEmpty() && !text(app.name).contains(wanted, Qt::CaseInsensitive))
             continue;
-        mostCPU = std::max(mostCPU, app.cpu);
-        mostMemory = std::max(mostMemory, static_cast<double>(app.memory));
-        rows.push_back({.app = &app});
+        const auto found = hidden.find(app.key);
+        rows.push_back({.app = &app, .hidden = found == hidden.end() ? HiddenFigures() : found->second.of(app)});
     }
-    mostCPU = std::max(mostCPU, 1.0); // less than one core in all is nothing to shout about
-    for (ApplicationRow& row : rows) {
-        row.cpuShare = row.app->cpu / mostCPU;
-        row.memoryShare = mostMemory > 0 ? static_cast<double>(row.app->memory) / mostMemory : 0;
-    }
+    addHeat(rows);
     return rows;
 }
 

@@ -30,9 +30,18 @@ constexpr std::array<RawText<ApplicationSort>, 6> rawTexts(EnumTag<ApplicationSo
 
 QString title(ApplicationSort sort);
 
+/// What of an application's figures the system hides of every one of its processes. Their sums, 0, are then no
+/// readings.
+struct HiddenFigures {
+    bool use = false;  ///< processor time and memory
+    bool disk = false; ///< what it reads and writes
+};
+HiddenFigures hiddenFigures(const ApplicationSnapshot& app, std::span<const ProcessSnapshot> processes);
+
 /// A row of the table: points into a snapshot.
 struct ApplicationRow {
     const ApplicationSnapshot* app = nullptr;
+    HiddenFigures hidden{};
     double cpuShare = 0;    ///< of the most that a row has, 0 to 1
     double memoryShare = 0; ///< of the most that a row has, 0 to 1
 };
