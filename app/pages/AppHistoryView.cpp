@@ -89,12 +89,12 @@ AppHistoryView::AppHistoryView(PageContext& context, QWidget* parent) : QWidget(
     all->addWidget(figures);
     setSideBySide(false);
 
-    connect(feed, &AppHistoryFeed::changed, this, &AppHistoryView::show);
+    connect(feed, &AppHistoryFeed::changed, this, &AppHistoryView::showRows);
     connect(picker, &SegmentedControl::indexChosen, this,
             [this](int index) { feed->setRange(appHistoryRanges.at(static_cast<std::size_t>(index))); });
     connect(cpu, &HistoryChart::cursorMoved, memory, &HistoryChart::setCursor);
     connect(memory, &HistoryChart::cursorMoved, cpu, &HistoryChart::setCursor);
-    show();
+    showRows();
 }
 
 void AppHistoryView::setApp(std::optional<std::string> key) {
@@ -114,7 +114,7 @@ void AppHistoryView::setSideBySide(bool sideBySide) {
     memory->setFixedHeight(Type::px(plotHeight + timesHeight));
 }
 
-void AppHistoryView::show() {
+void AppHistoryView::showRows() {
     const AppHistoryText shown = presentAppHistory(feed->rows(), feed->range());
     cpuTitle->setText(shown.cpuTitle);
     memoryTitle->setText(shown.memoryTitle);

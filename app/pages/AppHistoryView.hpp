@@ -30,7 +30,7 @@ public:
     void setSideBySide(bool sideBySide);
 
 private:
-    void show();
+    void showRows();
 
     AppHistoryFeed* feed = nullptr;
     Banner* banner = nullptr;
