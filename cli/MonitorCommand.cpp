@@ -1,10 +1,10 @@
 #include "app/model/AppModel.hpp"
+#include "app/model/HistoryClaim.hpp"
 #include "cli/Commands.hpp"
 #include "cli/HistoryPlace.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
 #include "cli/Signals.hpp"
-#include "core/history/HistoryLock.hpp"
 #include "core/history/HistoryStore.hpp"
 #include "core/model/Formatters.hpp"
 #include "core/sampling/MachineCollectors.hpp"
@@ -40,17 +40,9 @@ namespace asio = boost::asio;
 constexpr std::chrono::seconds grace{2};    ///< for the last write
 constexpr std::chrono::seconds patience{5}; ///< before the history is begun once more
 
-std::string refusal(const HistoryLock::Holder& holder) {
-    if (holder.pid == 0)
-        return "Another program keeps the history.";
-    return fmt::format("Another program keeps the history: {} (process {}).", holder.name, holder.pid);
-}
-
 /// The place of the history, made and locked, or why it is not.
 std::variant<HistoryLock, std::string> claim(const std::string& folder) {
-    if (auto problem = UserFolders::makeDirectory(folder))
-        return *problem;
-    auto taken = HistoryLock::take(folder, "ostrivanectl monitor");
+    auto taken = claimHistory(folder, "ostrivanectl monitor");
     if (auto* lock = std::get_if<HistoryLock>(&taken))
         return std::move(*lock);
     if (const auto* holder = std::get_if<HistoryLock::Holder>(&taken))

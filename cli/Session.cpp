@@ -1,11 +1,6 @@
 #include "cli/Session.hpp"
 
-#include "core/model/Formatters.hpp"
 #include "core/model/Text.hpp"
-#include "core/sampling/MachineCollectors.hpp"
-#include "core/sampling/platform/NativeMachine.hpp"
-#include "core/sampling/platform/recorded/Playback.hpp"
-#include "core/sampling/platform/recorded/RecordedMachine.hpp"
 
 #include <CLI/App.hpp>
 #include <fmt/format.h>
@@ -52,42 +47,10 @@ void addIntervalOption(CLI::App& command, Source& source, double most) {
         ->capture_default_str();
 }
 
-Session::Session(const boost::asio::any_io_executor& executor, const Source& source, std::function<void()> ended) {
-    std::unique_ptr<Machine> machine;
-    std::unique_ptr<Clock> clock = nativeClock(executor);
-    if (source.replay.empty()) {
-        machine = nativeMachine();
-    } else {
-        playback = std::make_shared<Playback>(source.replay);
-        if (playback->problem())
-            return;
-        machine = recordedMachine(playback);
-        clock = recordedClock(playback, std::move(clock), source.speed, std::move(ended));
-    }
-    const HostInfo host = machine->host().info();
-    Formatters::logicalCores = host.coreLayout.logical;
-    machineLimits = limitsOf(machine->platform(), host);
-    platformWords = &wordsOf(machine->platform());
-    sampling = std::make_unique<SamplingEngine>(executor, std::make_unique<MachineCollectors>(std::move(machine)),
-                                                std::move(clock));
-    demandEverything(*sampling, source.interval);
-}
-
-std::optional<std::string> Session::problem() const {
-    return playback ? playback->problem() : std::nullopt;
-}
-
-std::optional<std::string> Session::remark() const {
-    if (playback && playback->wasCutOff())
-        return "The recording was cut off in the middle of its last line; what is whole was used.";
-    return std::nullopt;
-}
-
-std::string limitsOf(Platform platform, const HostInfo& host) {
-    std::string limits = platform == Platform::Linux ? "In and out: TCP only." : "";
-    if (host.hidesProcesses)
-        limits += std::string(limits.empty() ? "" : " ") + "The system hides processes of others.";
-    return limits;
+Session::Session(const boost::asio::any_io_executor& executor, const Source& source, std::function<void()> ended)
+    : SourceEngine(executor, {.replay = source.replay, .speed = source.speed}, std::move(ended)) {
+    if (!problem())
+        demandEverything(engine(), source.interval);
 }
 
 void demandEverything(SamplingEngine& engine, double interval) {
