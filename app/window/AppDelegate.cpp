@@ -1,5 +1,6 @@
 #include "app/window/AppDelegate.hpp"
 
+#include "app/model/KeepRunning.hpp"
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/MessageDialog.hpp"

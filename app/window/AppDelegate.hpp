@@ -54,7 +54,4 @@ private:
     std::optional<std::string> historyProblem;
 };
 
-/// Key of the choice to go on without a window where there is no tray.
-inline constexpr std::string_view keepRunningKey = "keepRunningInBackground";
-
 } // namespace ostrivane

@@ -9,6 +9,7 @@
 #include "app/window/Backend.hpp"
 #include "app/window/LoginItem.hpp"
 #include "app/window/MainThread.hpp"
+#include "app/window/MainMenu.hpp"
 #include "app/window/MainWindow.hpp"
 #include "app/window/Sidebar.hpp"
 #include "core/model/RawValue.hpp"
