@@ -1,13 +1,10 @@
 #include "cli/Wording.hpp"
 
-#include "core/model/Formatters.hpp"
 #include "core/model/Text.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cmath>
-#include <cstdint>
 #include <utility>
 
 namespace ostrivane::cli {
@@ -59,17 +56,6 @@ std::string longFact(std::string_view name, std::string_view value, std::optiona
     if (!lines.empty())
         lines.front().replace(0, nameColumns, fmt::format("{:<{}}", name, nameColumns));
     return joined(lines);
-}
-
-std::string amount(double bytes) {
-    constexpr double most = 9e18; // fits the integer
-    if (!std::isfinite(bytes) || bytes <= 0)
-        return std::string(Formatters::dash);
-    return Formatters::storage(static_cast<std::uint64_t>(std::min(bytes, most)));
-}
-
-std::string energySum(double wattHours) {
-    return wattHours > 0 ? Formatters::energy(wattHours) : std::string(Formatters::dash);
 }
 
 } // namespace ostrivane::cli

@@ -25,12 +25,4 @@ std::string fact(std::string_view name, std::string_view value, std::optional<in
 /// value.
 std::string longFact(std::string_view name, std::string_view value, std::optional<int> width);
 
-/// Bytes that were moved, as a size. What sums hold is 0 both where nothing was moved and where nobody measured it: a
-/// dash.
-std::string amount(double bytes);
-
-/// Watt-hours. What sums hold is 0 where the machine tells of no energy, which nothing that runs needs: a dash.
-std::string energySum(double wattHours);
-inline constexpr double joulesPerWattHour = 3600;
-
 } // namespace ostrivane::cli
