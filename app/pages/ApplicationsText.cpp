@@ -5,7 +5,6 @@
 #include "core/attribution/AppGrouper.hpp"
 #include "core/model/Formatters.hpp"
 
-#include <QLocale>
 #include <QPixmap>
 
 #include <boost/unordered/unordered_flat_map.hpp>
@@ -19,7 +18,6 @@ namespace ostrivane {
 namespace {
 
 constexpr int figureWidth = 94;
-constexpr std::int64_t groupedFrom = 10000;
 
 using Column = TableColumn<ApplicationRow>;
 
@@ -176,10 +174,6 @@ std::vector<ApplicationRow> applicationRows(const SystemSnapshot& snapshot, cons
     }
     addHeat(rows);
     return rows;
-}
-
-QString countText(std::int64_t count) {
-    return count < groupedFrom ? QString::number(count) : QLocale().toString(qlonglong(count));
 }
 
 QString processCountText(std::int64_t count) {

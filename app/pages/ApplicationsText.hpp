@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pages/CountText.hpp"
 #include "app/widgets/TableColumn.hpp"
 #include "core/model/PlatformWords.hpp"
 #include "core/model/RawValue.hpp"
@@ -79,8 +80,6 @@ std::optional<double> traffic(const ApplicationSnapshot& app);
 /// process. Absent for the system as a whole.
 std::optional<std::string> revealPath(const ApplicationSnapshot& app, std::span<const ProcessSnapshot> processes);
 
-/// A count; from 10,000 with the locale's grouping.
-QString countText(std::int64_t count);
 /// "1 process", "612 processes".
 QString processCountText(std::int64_t count);
 
