@@ -1,3 +1,110 @@
-int main() {
-    return 0;
+#include "app/model/DesktopEntry.hpp"
+#include "app/widgets/Accessibility.hpp"
+#include "app/widgets/Strings.hpp"
+#include "app/widgets/Style.hpp"
+#include "app/widgets/Type.hpp"
+#include "app/window/AppDelegate.hpp"
+#include "app/window/Backend.hpp"
+#include "app/window/LaunchArguments.hpp"
+#include "app/window/MainThread.hpp"
+#include "app/window/ScreenshotRun.hpp"
+#include "app/window/SingleInstance.hpp"
+#include "core/sampling/platform/UserFolders.hpp"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
+
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace ostrivane;
+
+constexpr int failed = 1;
+constexpr int misused = 2;
+
+std::vector<std::string> own(const QStringList& arguments) {
+    std::vector<std::string> given;
+    for (qsizetype i = 1; i < arguments.size(); ++i)
+        given.push_back(arguments[i].toStdString());
+    return given;
+}
+
+void say(std::FILE* stream, const std::string& words) {
+    std::fputs(words.c_str(), stream);
+}
+
+/// Pictures need no display, and "--help" does not either.
+void doWithoutDisplayFor(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        for (const char* option : {"--screenshot", "--help", "-h", "--version"})
+            if (std::strncmp(argv[i], option, std::strlen(option)) == 0)
+                qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+int run(QApplication& application, const LaunchArguments& arguments) {
+    const MainThread mainThread;
+    const bool isReplay = !arguments.replay.empty();
+    const auto instance = isReplay ? nullptr : nativeSingleInstance(UserFolders::dataDirectory().value_or("/dev/null"));
+    if (instance) {
+        const auto role = instance->claim(arguments.page);
+        if (role == SingleInstance::Role::second)
+            return 0;
+        if (role == SingleInstance::Role::stuck) {
+            say(stderr, "Ostrivane is running already, and its window cannot be brought up from here.\n");
+            return failed;
+        }
+    }
+    Backend backend(mainThread.poster(), {.source = {.replay = arguments.replay}});
+    if (const auto problem = backend.problem()) {
+        say(stderr, *problem + "\n");
+        return failed;
+    }
+    AppDelegate delegate(backend, {.loginItem = nativeLoginItem(),
+                                   .appearance = nativeDesktopAppearance(),
+                                   .hasTray = [] { return false; }, // no icon is put there yet
+                                   .onMainThread = mainThread.poster(),
+                                   .quit = [] { QCoreApplication::quit(); }});
+    if (instance)
+        instance->onActivated([&](std::optional<Page> page) { delegate.applicationShouldHandleReopen(page); });
+    delegate.applicationDidFinishLaunching(arguments);
+    const int status = QApplication::exec();
+    delegate.applicationWillTerminate();
+    (void)application;
+    return status;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    doWithoutDisplayFor(argc, argv);
+    QApplication::setStyle(new Style);
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Ostrivane"));
+    QApplication::setDesktopFileName(QLatin1String(desktopEntry));
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const LaunchArguments arguments = parseLaunchArguments(own(QApplication::arguments()));
+    if (arguments.wantsHelp) {
+        say(stdout, launchHelp());
+        return 0;
+    }
+    if (arguments.wantsVersion) {
+        say(stdout, "ostrivane " OSTRIVANE_VERSION "\n");
+        return 0;
+    }
+    if (arguments.problem) {
+        say(stderr, *arguments.problem + " ostrivane --help tells what is.\n");
+        return misused;
+    }
+    Type::setBase(QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).pixelSize());
+    QApplication::setFont(Type::font(TypeRole::body));
+    installAccessibility();
+    if (!arguments.screenshots.empty())
+        return runScreenshots(arguments);
+    return run(application, arguments);
 }

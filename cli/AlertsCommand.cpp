@@ -1,5 +1,5 @@
 #include "app/model/AppSettings.hpp"
-#include "cli/AlertRuleChange.hpp"
+#include "cli/AlertRulesText.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Consent.hpp"
 #include "cli/HistoryAnswer.hpp"
@@ -7,6 +7,7 @@
 #include "cli/JudgementText.hpp"
 #include "cli/Output.hpp"
 #include "cli/Session.hpp"
+#include "core/judgement/AlertRuleChange.hpp"
 #include "core/model/JSON.hpp"
 
 #include <CLI/App.hpp>

@@ -1,10 +1,8 @@
 #include "cli/HistoryFigures.hpp"
 
+#include "core/history/RowRate.hpp"
 #include "core/model/Formatters.hpp"
 
-#include <algorithm>
-#include <cstdint>
-#include <limits>
 #include <optional>
 #include <utility>
 
@@ -50,11 +48,6 @@ constexpr Figure netFigure(std::string_view title) {
     return {.title = title, .words = netRate, .leastTop = kilobyte, .pieces = {}};
 }
 
-/// The rows' lengths come from a file, which may be damaged.
-double perSecond(double bytes, std::int64_t res) {
-    return res > 0 ? bytes / static_cast<double>(res) : std::numeric_limits<double>::quiet_NaN();
-}
-
 /// Adds a figure to `figures` when some row has a value of it.
 /// @param value    of a row, and the highest within it
 template <class Row, class ValueOf>
@@ -71,7 +64,6 @@ void add(std::vector<Figure>& figures, Figure figure, const std::vector<Row>& ro
         figures.push_back(std::move(figure));
 }
 
-/// A row cannot tell no traffic from traffic that nobody measured: where there is none at all, nothing is claimed.
 template <class Row>
 void addTraffic(std::vector<Figure>& figures, const std::vector<Row>& rows) {
     const std::pair<Figure, double Row::*> traffic[] = {{diskFigure("Disk read"), &Row::diskRead},
@@ -79,9 +71,9 @@ void addTraffic(std::vector<Figure>& figures, const std::vector<Row>& rows) {
                                                         {netFigure("Network in"), &Row::netIn},
                                                         {netFigure("Network out"), &Row::netOut}};
     for (const auto& [figure, bytes] : traffic)
-        if (std::ranges::any_of(rows, [bytes = bytes](const Row& row) { return row.*bytes > 0; }))
+        if (hasTraffic(rows, bytes))
             add(figures, figure, rows,
-                [bytes = bytes](const Row& row) { return std::pair(Value(perSecond(row.*bytes, row.res)), Value()); });
+                [bytes = bytes](const Row& row) { return std::pair(perSecond(row.*bytes, row.res), Value()); });
 }
 
 } // namespace

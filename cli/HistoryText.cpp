@@ -5,6 +5,7 @@
 #include "cli/TextTable.hpp"
 #include "cli/Wording.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/SumText.hpp"
 #include "core/model/Text.hpp"
 
 #include <fmt/format.h>
@@ -105,11 +106,10 @@ std::string applicationText(const ApplicationHistory& application, HistoryRange 
         {"Processor", Formatters::cpu(summary.avgCPU) + " over the whole range"},
         {"Memory", fmt::format("{} on average, {} at most", Formatters::bytes(summary.avgMemory),
                                Formatters::bytes(summary.peakMemory))},
-        {"Disk", fmt::format("{} read, {} written", Formatters::amount(summary.diskRead),
-                             Formatters::amount(summary.diskWrite))},
-        {"Network",
-         fmt::format("{} in, {} out", Formatters::amount(summary.netIn), Formatters::amount(summary.netOut))},
-        {"Energy", Formatters::energySum(summary.energyJ / Formatters::joulesPerWattHour)},
+        {"Disk",
+         fmt::format("{} read, {} written", SumText::amount(summary.diskRead), SumText::amount(summary.diskWrite))},
+        {"Network", fmt::format("{} in, {} out", SumText::amount(summary.netIn), SumText::amount(summary.netOut))},
+        {"Energy", SumText::energy(summary.energyJ / SumText::joulesPerWattHour)},
         {"Active", activeTime(summary.activeMinutes)}};
     for (const auto& [name, value] : facts)
         text += fact(name, value, layout.width);
@@ -125,17 +125,15 @@ std::string topText(const std::vector<AppUsageSummary>& applications, HistoryRan
     for (const AppUsageSummary& app : applications)
         table.rows.push_back({Text::visible(app.name), Formatters::cpu(app.avgCPU), Formatters::bytes(app.avgMemory),
                               Formatters::bytes(app.peakMemory), activeTime(app.activeMinutes),
-                              Formatters::amount(app.diskWrite), Formatters::amount(app.diskRead),
-                              Formatters::amount(app.netIn), Formatters::amount(app.netOut),
-                              Formatters::energySum(app.energyJ / Formatters::joulesPerWattHour)});
+                              SumText::amount(app.diskWrite), SumText::amount(app.diskRead), SumText::amount(app.netIn),
+                              SumText::amount(app.netOut), SumText::energy(app.energyJ / SumText::joulesPerWattHour)});
     return tableText(table, width);
 }
 
 std::string totalsText(const Totals& totals, HistoryRange range) {
-    return fmt::format("The last {}\n\n", label(range)) + fact("Read", Formatters::amount(totals.diskRead), {}) +
-           fact("Written", Formatters::amount(totals.diskWrite), {}) +
-           fact("In", Formatters::amount(totals.netIn), {}) + fact("Out", Formatters::amount(totals.netOut), {}) +
-           fact("Energy", Formatters::energySum(totals.energyWh), {});
+    return fmt::format("The last {}\n\n", label(range)) + fact("Read", SumText::amount(totals.diskRead), {}) +
+           fact("Written", SumText::amount(totals.diskWrite), {}) + fact("In", SumText::amount(totals.netIn), {}) +
+           fact("Out", SumText::amount(totals.netOut), {}) + fact("Energy", SumText::energy(totals.energyWh), {});
 }
 
 Meant meantApplication(const std::vector<AppUsageSummary>& applications, const std::string& wanted,

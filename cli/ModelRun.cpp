@@ -1,6 +1,6 @@
 #include "cli/ModelRun.hpp"
 
-#include "cli/HistoryPlace.hpp"
+#include "app/model/LeavableThread.hpp"
 #include "core/sampling/platform/UserFolders.hpp"
 
 #include <boost/asio/any_io_executor.hpp>
@@ -10,9 +10,6 @@
 #include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
-#include <chrono>
-#include <future>
-#include <thread>
 #include <utility>
 
 namespace ostrivane::cli {
@@ -21,7 +18,6 @@ namespace {
 
 namespace asio = boost::asio;
 
-constexpr std::chrono::seconds grace{2};                      // for a disk, at the end
 constexpr const char* nowhere = "/dev/null/" /* no folder */; // nothing can be opened or made there
 
 /// Where the user's history lies; `nowhere` when there is no such place, and for a recording.
@@ -31,40 +27,6 @@ std::string historyFileFor(const Source& source, HistoryAccess access) {
         UserFolders::makeDirectory(*folder); // that it could not is told by the store
     return fmt::format("{}/{}", folder.value_or(nowhere), UserFolders::historyFile);
 }
-
-/// A thread that may be left behind at the end, where a disk holds it for ever.
-class LeavableThread {
-public:
-    LeavableThread() : work(std::make_shared<Work>()) {
-        std::promise<void> end;
-        ended = end.get_future();
-        thread = std::thread([work = work, end = std::move(end)]() mutable {
-            work->context.run();
-            end.set_value();
-        });
-    }
-    ~LeavableThread() {
-        work->context.stop();
-        if (ended.wait_for(grace) == std::future_status::ready)
-            thread.join();
-        else
-            thread.detach();
-    }
-    LeavableThread(const LeavableThread&) = delete;
-    LeavableThread& operator=(const LeavableThread&) = delete;
-
-    asio::any_io_executor executor() { return work->context.get_executor(); }
-
-private:
-    struct Work {
-        asio::io_context context{1};
-        asio::executor_work_guard<asio::io_context::executor_type> guard{context.get_executor()};
-    };
-
-    std::shared_ptr<Work> work;
-    std::future<void> ended;
-    std::thread thread;
-};
 
 } // namespace
 

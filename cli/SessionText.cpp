@@ -4,7 +4,9 @@
 #include "cli/TextTable.hpp"
 #include "cli/Wording.hpp"
 #include "core/judgement/SessionSummaryJSON.hpp"
+#include "core/judgement/SessionWords.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/SumText.hpp"
 #include "core/model/Text.hpp"
 
 #include <fmt/format.h>
@@ -18,11 +20,6 @@ namespace {
 
 std::string heading(std::string_view name, std::string_view times, std::optional<int> width) {
     return clipped(Text::visible(name), width) + "\n" + clipped(times, width) + "\n";
-}
-
-std::string processorTime(double seconds) {
-    constexpr double minute = 60;
-    return seconds < minute ? Formatters::decimal(seconds, 1) + " s" : Formatters::duration(seconds);
 }
 
 std::string change(double bytes) {
@@ -59,11 +56,11 @@ std::string machineFacts(const SessionSummary& summary, std::optional<int> width
                          width);
     text += longFact(
         "Disk",
-        fmt::format("{} read, {} written", Formatters::amount(summary.diskRead), Formatters::amount(summary.diskWrite)),
+        fmt::format("{} read, {} written", SumText::amount(summary.diskRead), SumText::amount(summary.diskWrite)),
         width);
-    text += longFact(
-        "Network", fmt::format("{} in, {} out", Formatters::amount(summary.netIn), Formatters::amount(summary.netOut)),
-        width);
+    text +=
+        longFact("Network",
+                 fmt::format("{} in, {} out", SumText::amount(summary.netIn), SumText::amount(summary.netOut)), width);
     if (summary.batteryStart && summary.batteryEnd)
         text += longFact("Battery", fmt::format("{}% to {}%", *summary.batteryStart, *summary.batteryEnd), width);
     return text;
@@ -74,10 +71,10 @@ std::string applicationTable(const std::vector<SessionSummary::AppLine>& apps, s
         .headings = {"APPLICATION", "CPU", "CPU TIME", "PEAK", "CHANGE", "ENERGY", "WRITTEN", "NETWORK", "PRESENT"},
         .rows = {}};
     for (const SessionSummary::AppLine& app : apps)
-        table.rows.push_back({Text::visible(app.name), Formatters::cpu(app.avgCPU), processorTime(app.cpuSeconds),
-                              Formatters::bytes(app.peakMemory), change(app.memoryChange),
-                              Formatters::energySum(app.energyJ / Formatters::joulesPerWattHour),
-                              Formatters::amount(app.diskWrite), Formatters::amount(app.network),
+        table.rows.push_back({Text::visible(app.name), Formatters::cpu(app.avgCPU),
+                              SumText::processorTime(app.cpuSeconds), Formatters::bytes(app.peakMemory),
+                              change(app.memoryChange), SumText::energy(app.energyJ / SumText::joulesPerWattHour),
+                              SumText::amount(app.diskWrite), SumText::amount(app.network),
                               Formatters::percent(app.presentFraction)});
     return tableText(table, width);
 }
@@ -85,7 +82,7 @@ std::string applicationTable(const std::vector<SessionSummary::AppLine>& apps, s
 std::string processTable(const std::vector<SessionSummary::ProcessLine>& processes, std::optional<int> width) {
     TextTable table{.headings = {"PROCESS", "CPU TIME", "PEAK", "PID", "APPLICATION"}, .rows = {}};
     for (const SessionSummary::ProcessLine& process : processes)
-        table.rows.push_back({Text::visible(process.name), processorTime(process.cpuSeconds),
+        table.rows.push_back({Text::visible(process.name), SumText::processorTime(process.cpuSeconds),
                               Formatters::bytes(process.peakMemory), std::to_string(process.pid),
                               Text::visible(process.app)});
     return tableText(table, width);
@@ -103,7 +100,7 @@ std::string summaryText(const SessionSummary& summary, std::optional<int> width)
                                            MachineText::time(summary.start), MachineText::time(summary.end)),
                                width);
     if (summary.samples == 0)
-        return text + clipped("It was too short for a reading: nothing is known of what it used.", width) + "\n";
+        return text + clipped(SessionWords::tooShort, width) + "\n";
     text += "\n" + machineFacts(summary, width);
     if (!summary.apps.empty())
         text += "\n" + applicationTable(summary.apps, width);
@@ -121,12 +118,12 @@ std::string storedSessionText(const StoredSession& session, std::optional<int> w
             return summaryText(*summary, width);
     if (!session.end)
         return heading(session.name, "since " + MachineText::time(session.start), width) +
-               joined(wrapped("It has no end: it is being recorded now, or what recorded it was cut off.", "", width));
+               joined(wrapped(SessionWords::endless, "", width));
     return heading(session.name,
                    fmt::format("{}, {} to {}", Formatters::duration(*session.end - session.start),
                                MachineText::time(session.start), MachineText::time(*session.end)),
                    width) +
-           joined(wrapped("Its summary cannot be read.", "", width));
+           joined(wrapped(SessionWords::unreadable, "", width));
 }
 
 std::string sessionsText(const std::vector<StoredSession>& sessions, std::optional<int> width) {

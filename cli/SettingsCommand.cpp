@@ -1,10 +1,10 @@
 #include "app/model/AppSettings.hpp"
-#include "cli/AlertRuleChange.hpp"
 #include "cli/Commands.hpp"
 #include "cli/Consent.hpp"
 #include "cli/Output.hpp"
 #include "cli/SettingInput.hpp"
 #include "cli/SettingsList.hpp"
+#include "core/judgement/AlertRuleChange.hpp"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>

@@ -10,7 +10,7 @@
 set -euo pipefail
 
 # One package a word. `package=program`: any such program in PATH will do, whoever installed it.
-buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev pkg-config=pkg-config libglib2.0-dev qt6-base-dev qt6-svg-dev qt6-qpa-plugins breeze-icon-theme libgl-dev"
+buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev pkg-config=pkg-config libglib2.0-dev qt6-base-dev qt6-svg-dev qt6-qpa-plugins breeze-icon-theme libgl-dev libxcb1-dev"
 testPackages="libgtest-dev libbenchmark-dev dbus-daemon=dbus-daemon"
 checkPackages="git=git clang=clang++ libclang-rt-dev clang-format=clang-format clang-tidy=clang-tidy shellcheck=shellcheck"
 brewPackages="cmake ninja ccache boost fmt icu4c ncurses cli11 sqlite qt googletest google-benchmark"

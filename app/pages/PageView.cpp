@@ -55,7 +55,7 @@ private:
 } // namespace
 
 PageView::PageView(Page page, PageContext& given, QWidget* parent) : QWidget(parent), context(given), ownPage(page) {
-    auto* header = new Header(this);
+    header = new Header(this);
     header->setFixedHeight(Type::px(headerHeight));
     back = new IconButton("back", tr("Back"), header);
     forward = new IconButton("forward", tr("Forward"), header);
@@ -120,7 +120,7 @@ void PageView::setNarrow(bool isNarrow) {
         return;
     narrow = isNarrow;
     const int margin = Type::px(narrow ? narrowMargin : pageMargin);
-    layout()->itemAt(0)->widget()->layout()->setContentsMargins(margin, 0, margin, 0);
+    header->layout()->setContentsMargins(margin, 0, margin, 0);
     strips->layout()->setContentsMargins(margin, 0, margin, Type::px(12));
     if (QWidget* body = scroll ? scroll->widget() : nullptr)
         body->setContentsMargins(margin, 0, margin, margin);
@@ -131,6 +131,17 @@ void PageView::setNarrow(bool isNarrow) {
 
 void PageView::focusMain() {
     setFocus(Qt::OtherFocusReason);
+}
+
+void PageView::focusHeader() {
+    for (QWidget* widget = header->nextInFocusChain(); widget != header; widget = widget->nextInFocusChain())
+        if (header->isAncestorOf(widget) && widget->isVisible() && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus))
+            return widget->setFocus(Qt::TabFocusReason);
+}
+
+bool PageView::headerHas(const QWidget* widget) const {
+    return header->isAncestorOf(widget);
 }
 
 void PageView::setSubtitle(const QString& line) {
@@ -164,9 +175,8 @@ void PageView::setBody(QWidget* body, bool fills) {
     body->setAutoFillBackground(false);
     scroll->viewport()->setAutoFillBackground(false);
     holder->layout()->addWidget(scroll);
-    auto* header = static_cast<Header*>(layout()->itemAt(0)->widget());
     connect(scroll->verticalScrollBar(), &QScrollBar::valueChanged, header,
-            [header](int value) { header->setLine(value > 0); });
+            [line = static_cast<Header*>(header)](int value) { line->setLine(value > 0); });
 }
 
 void PageView::addStrip(QWidget* strip) {

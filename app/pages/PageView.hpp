@@ -42,6 +42,8 @@ public:
 
     /// Puts the focus where work on this page begins.
     virtual void focusMain();
+    void focusHeader();
+    bool headerHas(const QWidget* widget) const;
     /// The field that "/" goes to; null without one.
     virtual QWidget* filterField() { return nullptr; }
     /// Escape, after the filter is clear: closes a detail. Whether there was something to close.
@@ -96,6 +98,7 @@ private:
     Subscription watching;
     IconButton* back = nullptr;
     IconButton* forward = nullptr;
+    QWidget* header = nullptr;
     TextLabel* heading = nullptr;
     StatusGlyph* glyph = nullptr;
     TextLabel* subtitle = nullptr;

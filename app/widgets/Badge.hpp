@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -8,13 +9,15 @@
 namespace ostrivane {
 
 /// A condition as glyph and word, on its own ground.
-class Badge final : public QWidget {
+class Badge final : public QWidget, public AccessibleSentence {
 public:
     explicit Badge(QWidget* parent = nullptr);
     void set(Condition condition, const QString& word);
     void setGlyphOnly(bool glyphOnly); ///< where there is no room; the word is then the tooltip
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override { return word; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -26,12 +29,14 @@ private:
 };
 
 /// A word on a neutral ground, such as "Vite".
-class Tag final : public QWidget {
+class Tag final : public QWidget, public AccessibleSentence {
 public:
     explicit Tag(const QString& word = {}, QWidget* parent = nullptr);
     void setWord(const QString& word); ///< hidden without one
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override { return word; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;

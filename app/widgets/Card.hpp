@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
+
 #include <QWidget>
 
 class QHBoxLayout;
@@ -10,7 +12,7 @@ namespace ostrivane {
 class TextLabel;
 
 /// A flat sheet that holds one subject: a title, an optional note behind it, controls at the right, the body below.
-class Card final : public QWidget {
+class Card final : public QWidget, public AccessibleSentence {
 public:
     explicit Card(const QString& title = {}, QWidget* parent = nullptr);
 
@@ -28,6 +30,9 @@ public:
     /// A line across the card, inside its body.
     static QWidget* separator(QWidget* parent = nullptr);
 
+    QAccessible::Role accessibleRole() const override { return QAccessible::Grouping; }
+    QString accessibleLabel() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -35,11 +40,13 @@ protected:
 private:
     void layOut();
 
+    QWidget* headRow = nullptr;
     QHBoxLayout* head = nullptr;
     QVBoxLayout* content = nullptr;
     QVBoxLayout* outer = nullptr;
     TextLabel* titleLabel = nullptr;
     TextLabel* noteLabel = nullptr;
+    int leads = 0;
     bool isFlush = false;
 };
 

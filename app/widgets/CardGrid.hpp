@@ -32,6 +32,7 @@ private:
 
     QGridLayout* grid = nullptr;
     std::vector<Member> members;
+    std::vector<int> stretches;
     int count;
 };
 

@@ -30,6 +30,9 @@ public:
     /// The upper end for data whose largest value in view is `largest`, at the time `now` in seconds.
     double top(const ChartAxis& axis, double largest, double now);
 
+    /// The upper end for data that is shown at once, without regard to what was shown before.
+    static double fit(const ChartAxis& axis, double largest);
+
     /// The next of 1, 2, 5 × 10ⁿ at or above `value`; of 1, 2, 5, 10, 20, ... 512 × 1024ⁿ where `binary`. At least the
     /// smallest that is worth a label (1).
     static double nice(double value, bool binary);
@@ -39,7 +42,7 @@ private:
     double lowSince = -1; ///< time since which the data stays low; negative while it does not
 };
 
-/// A value's height in a plot from `bottom` (0) to `top` (1), not clamped.
+/// The value at the lower end.
 double lowerEnd(const ChartAxis& axis);
 
 } // namespace ostrivane

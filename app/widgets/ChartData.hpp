@@ -39,6 +39,13 @@ struct HistoryLine {
     std::function<QString(double)> text;
 };
 
+/// Whether two lines look alike; how their values read is not compared.
+template <class Line>
+bool looksLike(const Line& one, const Line& other) {
+    return one.series == other.series && one.name == other.name && one.isDashed == other.isDashed &&
+           one.points == other.points;
+}
+
 /// A stretch of time that stands out, with its name: a session.
 struct ChartBand {
     double from = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -20,11 +21,13 @@ struct CoreCell {
 };
 
 /// Cores in rows of `perRow`, painted by one widget. Only cells that changed are painted anew.
-class CoreGrid final : public QWidget {
+class CoreGrid final : public QWidget, public AccessibleSentence {
 public:
     explicit CoreGrid(QWidget* parent = nullptr);
     void set(std::vector<CoreCell> cells);
     void setPerRow(int perRow);
+    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
+    QString accessibleSentence() const override; ///< "E0 41%, E1 38%."
     bool hasHeightForWidth() const override { return true; }
     int heightForWidth(int width) const override;
     QSize sizeHint() const override;

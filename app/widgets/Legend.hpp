@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -20,17 +21,21 @@ struct LegendEntry {
 };
 
 /// What the colours of a chart stand for, in one row. What does not fit is left out from the end.
-class Legend final : public QWidget {
+class Legend final : public QWidget, public AccessibleSentence {
 public:
     explicit Legend(QWidget* parent = nullptr);
     void set(std::vector<LegendEntry> entries);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    int entryWidth(const LegendEntry& entry) const;
+
     std::vector<LegendEntry> entries;
 };
 

@@ -1,21 +1,20 @@
 #pragma once
 
+#include "app/widgets/Chart.hpp"
 #include "app/widgets/ChartAxis.hpp"
 #include "app/widgets/ChartData.hpp"
 
-#include <QWidget>
-
-#include <memory>
+#include <optional>
+#include <vector>
 
 namespace ostrivane {
 
 /// The last minutes of one or more figures, the newest at the right edge. Reads out under the pointer, and with Left,
 /// Right, Home and End when it has focus. Tells assistive programs its name and, when asked, a sentence of its figures.
-class LiveChart final : public QWidget {
+class LiveChart final : public Chart {
 public:
     /// @param name  of the metric: "CPU"
     explicit LiveChart(const QString& name, QWidget* parent = nullptr);
-    ~LiveChart() override;
 
     void setAxis(ChartAxis axis);
     /// Lines lie on top of each other, the first at the bottom, each as a filled part.
@@ -27,24 +26,25 @@ public:
     /// @param now  the time of the right edge
     void setLines(std::vector<ChartLine> lines, double now);
 
-    /// "CPU, last 5 minutes: now 31%, lowest 12%, highest 58%."
-    QString description() const;
-
-    QSize sizeHint() const override;
-    QSize minimumSizeHint() const override;
-
 protected:
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void changeEvent(QEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
+    QString summary() const override;
+    ChartGrid makeGrid(GridDetail detail) const override;
+    void drawLines(QPainter& painter, const ChartSpace& space) const override;
+    std::vector<double> sampleTimes() const override;
+    ChartReading reading(double time) const override;
 
 private:
-    struct Parts;
-    std::unique_ptr<Parts> parts;
+    void refresh();
+    /// What is drawn: the lines' own points, or sums where they lie on top of each other.
+    std::vector<std::vector<TimedValue>> heights() const;
+
+    ChartAxis axis;
+    AxisScale scale;
+    std::vector<ChartLine> lines;
+    std::optional<ChartThreshold> threshold;
+    double now = 0;
+    double span = 300; // seconds
+    bool isStacked = false;
 };
 
 } // namespace ostrivane

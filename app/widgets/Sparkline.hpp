@@ -1,11 +1,13 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 #include "core/model/TimedValue.hpp"
 
 #include <QRectF>
 #include <QWidget>
 
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -20,6 +22,8 @@ struct SparklineLook {
     double window = 300; ///< seconds
     bool isDashed = false;
     bool hasArea = true;
+
+    friend bool operator==(const SparklineLook&, const SparklineLook&) = default;
 };
 
 /// A line without axes. Breaks nowhere; values above the scale stay at its upper end.
@@ -27,10 +31,15 @@ void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedV
                    const SparklineLook& look);
 
 /// The same as a widget. `name` and a sentence of its figures are for assistive programs.
-class Sparkline final : public QWidget {
+class Sparkline final : public QWidget, public AccessibleSentence {
 public:
     explicit Sparkline(const QString& name, QWidget* parent = nullptr);
     void set(std::vector<TimedValue> points, const SparklineLook& look);
+    /// How a figure reads. Without it `description` is empty.
+    void setText(std::function<QString(double)> text);
+    QString description() const;
+    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
+    QString accessibleSentence() const override { return description(); }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -40,6 +49,7 @@ protected:
 private:
     std::vector<TimedValue> points;
     SparklineLook look;
+    std::function<QString(double)> text;
 };
 
 } // namespace ostrivane

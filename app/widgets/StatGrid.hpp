@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -20,18 +21,22 @@ struct Stat {
 };
 
 /// Figures in equal columns. Paints itself; setting equal figures paints nothing.
-class StatGrid final : public QWidget {
+class StatGrid final : public QWidget, public AccessibleSentence {
 public:
     explicit StatGrid(int columns, QWidget* parent = nullptr);
     void set(std::vector<Stat> stats);
     void setColumns(int columns);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QRect cell(std::size_t index) const;
+
     std::vector<Stat> stats;
     int columns;
 };
@@ -46,17 +51,24 @@ struct KeyValue {
 };
 
 /// Names at the left, values at the right, one below the other.
-class KeyValueList final : public QWidget {
+class KeyValueList final : public QWidget, public AccessibleSentence {
 public:
     explicit KeyValueList(QWidget* parent = nullptr);
     void set(std::vector<KeyValue> lines);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
+    /// Room for the figure, ahead of which the name stands.
+    int valueWidth(const KeyValue& line) const;
+    QRect lineRect(std::size_t index) const;
+
     std::vector<KeyValue> lines;
 };
 

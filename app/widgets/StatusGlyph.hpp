@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QRectF>
@@ -21,18 +22,21 @@ Condition conditionOf(AlertSeverity severity);
 void drawStatusGlyph(QPainter& painter, const QRectF& rect, Condition condition);
 
 /// The same as a widget. `word` is what assistive programs are told.
-class StatusGlyph final : public QWidget {
+class StatusGlyph final : public QWidget, public AccessibleSentence {
 public:
     explicit StatusGlyph(Condition condition, int size = 14, QWidget* parent = nullptr);
     void set(Condition condition, const QString& word);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    QAccessible::Role accessibleRole() const override { return QAccessible::Graphic; }
+    QString accessibleLabel() const override { return word; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     Condition condition;
+    QString word;
     int size;
 };
 

@@ -25,6 +25,9 @@ public:
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
                            const QWidget* widget) const override;
 
+    /// Has a ring drawn around `widget`, whose corners have that radius, while it has focus by the keyboard. Standard
+    /// controls have one without being asked.
+    static void giveFocusRing(QWidget& widget, double radius);
     /// A ring of 2 pixels around `rect`, 1 pixel away from it. Draw it where a widget has focus by the keyboard.
     static void drawFocusRing(QPainter& painter, const QRectF& rect, qreal radius);
     /// Whether a widget has focus, and got it by the keyboard.

@@ -34,13 +34,40 @@ public:
     void setNarrowHides(std::vector<std::string> columnIDs);
     void setNarrow(bool narrow);
 
+    /// Keeps the order until a dialog about this table is closed. For menus that answer `menuWanted` it does so itself.
+    void holdWhileOpen(QWidget* opened);
+    bool isOrderHeld() const;
+
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>& roles = {}) override;
+
 Q_SIGNALS:
     void selectionMoved(int row);            ///< -1 when nothing is selected any more
     void rowActivated(int row);              ///< Enter or a double click
     void menuWanted(int row, QPoint global); ///< the context menu of a row
     void orderHeldChanged(bool held);
 
+protected:
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
+    bool event(QEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void scrollContentsBy(int dx, int dy) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+
 private:
+    void sortBy(int column);
+    void applyColumns();
+    void sectionDragged(int column, int before, int now);
+    void showHeadMenu(QPoint global);
+    void hover(int row);
+    void updateRow(int row);
+    void remember();
+
     struct Parts;
     std::unique_ptr<Parts> parts;
 };

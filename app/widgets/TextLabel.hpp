@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
 
@@ -9,7 +10,7 @@ namespace ostrivane {
 
 /// A piece of plain text in the theme's colours. Says its text to assistive programs. Setting the same text again does
 /// nothing. Text that does not fit is elided and then has a tooltip, unless it wraps.
-class TextLabel final : public QWidget {
+class TextLabel final : public QWidget, public AccessibleSentence {
 public:
     explicit TextLabel(TypeRole role = TypeRole::body, Tone tone = Tone::text, QWidget* parent = nullptr);
 
@@ -29,6 +30,8 @@ public:
     QSize minimumSizeHint() const override;
     bool hasHeightForWidth() const override { return wraps; }
     int heightForWidth(int width) const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::StaticText; }
+    QString accessibleLabel() const override { return shown; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
@@ -37,10 +40,12 @@ protected:
 
 private:
     int textWidth(const QString& text) const;
+    int naturalWidth() const;
     void updateToolTip();
 
     QString shown;
     QString reserved;
+    QString ownToolTip;
     TypeRole lettering;
     Tone ink;
     Qt::TextElideMode elide = Qt::ElideRight;

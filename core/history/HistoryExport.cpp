@@ -1,5 +1,6 @@
 #include "core/history/HistoryExport.hpp"
 
+#include "core/history/RowRate.hpp"
 #include "core/model/DateText.hpp"
 
 #include <fmt/format.h>
@@ -24,14 +25,12 @@ std::string text(const std::vector<SystemRow>& rows) {
     std::string out(columns);
     out += '\n';
     for (const SystemRow& row : rows) {
-        const auto perSecond = [&row](double bytes) {
-            return row.res > 0 ? std::optional(bytes / static_cast<double>(row.res)) : std::nullopt;
-        };
+        const auto rate = [&row](double bytes) { return perSecond(bytes, row.res); };
         out += DateText::iso8601(row.date()).value_or("");
         for (const std::optional<double>& value :
              {std::optional(row.cpu), std::optional(row.memUsed), std::optional(row.pressure),
-              std::optional(row.swapUsed), row.gpu, perSecond(row.diskRead), perSecond(row.diskWrite),
-              perSecond(row.netIn), perSecond(row.netOut), row.batteryPct, row.powerW, row.cpuTemp, row.fanRPM})
+              std::optional(row.swapUsed), row.gpu, rate(row.diskRead), rate(row.diskWrite), rate(row.netIn),
+              rate(row.netOut), row.batteryPct, row.powerW, row.cpuTemp, row.fanRPM})
             writeField(out, value);
         out += '\n';
     }

@@ -417,6 +417,15 @@ void HistoryStore::topApps(Date since, std::int64_t limit, Answer<std::vector<Ap
     });
 }
 
+void HistoryStore::appsAt(Date date, std::int64_t limit, Answer<std::vector<AppMoment>> answer) {
+    state->post([date, limit, answer = std::move(answer)](State& store) {
+        store.flush(); // so that the latest minutes are among them
+        tell(answer, store.read(std::vector<AppMoment>(), [&](SQLiteDatabase& database) {
+            return SampleTables::appsAt(database, wholeSeconds(date), limit);
+        }));
+    });
+}
+
 void HistoryStore::totals(Date since, Answer<Totals> answer) {
     state->post([since, answer = std::move(answer)](State& store) {
         Totals totals = store.read(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/history/AppMoment.hpp"
 #include "core/history/AppRow.hpp"
 #include "core/history/AppUsageSummary.hpp"
 #include "core/history/HistoryStatus.hpp"
@@ -103,6 +104,9 @@ public:
 
     /// The applications that used most processor time since then, the first first. A negative limit is none.
     void topApps(Date since, std::int64_t limit, Answer<std::vector<AppUsageSummary>> answer);
+    /// Those in the bucket that holds `date`, the one with most processor time first; none where nothing was recorded.
+    /// A negative limit is none.
+    void appsAt(Date date, std::int64_t limit, Answer<std::vector<AppMoment>> answer);
     void totals(Date since, Answer<Totals> answer);
     void earliestSample(Answer<std::optional<Date>> answer);
     void appName(std::string key, Answer<std::optional<std::string>> answer);

@@ -16,6 +16,10 @@ constexpr std::string_view selectSystemRows =
 constexpr std::string_view selectAppRows =
     "SELECT bucket, res, app_key, cpu, cpu_max, mem, mem_max, energy_j, disk_read, disk_write, net_in, net_out, gpu, "
     "samples FROM app_samples WHERE app_key = ? AND bucket >= ? ORDER BY bucket";
+// No bucket is longer than an hour; the bound lets the index find it.
+constexpr std::string_view selectAppsAt =
+    "SELECT app_key, COALESCE(name, app_key), cpu, mem FROM app_samples LEFT JOIN apps USING(app_key) WHERE bucket > "
+    "?1 - 3600 AND bucket <= ?1 AND bucket + res > ?1 ORDER BY cpu DESC, app_key LIMIT ?2";
 constexpr std::string_view selectTotals =
     "SELECT SUM(disk_read), SUM(disk_write), SUM(net_in), SUM(net_out), SUM(power_w * res) / 3600.0 FROM "
     "system_samples WHERE bucket >= ?";
@@ -91,6 +95,15 @@ std::vector<SystemRow> systemRows(SQLiteDatabase& database, std::int64_t since, 
 
 std::vector<AppRow> appRows(SQLiteDatabase& database, const std::string& key, std::int64_t since) {
     return database.query(selectAppRows, {key, since}, appRow);
+}
+
+std::vector<AppMoment> appsAt(SQLiteDatabase& database, std::int64_t second, std::int64_t limit) {
+    return database.query(selectAppsAt, {second, limit}, [](const SQLiteDatabase::Row& row) {
+        return AppMoment{.appKey = row.text(0).value_or(""),
+                         .name = row.text(1).value_or(""),
+                         .cpu = row.number(2),
+                         .mem = row.number(3)};
+    });
 }
 
 Totals totals(SQLiteDatabase& database, std::int64_t since) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/history/AppMoment.hpp"
 #include "core/history/AppRow.hpp"
 #include "core/history/SystemRow.hpp"
 #include "core/history/Totals.hpp"
@@ -23,6 +24,8 @@ void insert(SQLiteDatabase& database, const AppRow& row);
 /// Rows of every resolution in the order of their buckets.
 std::vector<SystemRow> systemRows(SQLiteDatabase& database, std::int64_t since, std::int64_t until);
 std::vector<AppRow> appRows(SQLiteDatabase& database, const std::string& key, std::int64_t since);
+/// A negative limit is none.
+std::vector<AppMoment> appsAt(SQLiteDatabase& database, std::int64_t second, std::int64_t limit);
 Totals totals(SQLiteDatabase& database, std::int64_t since);
 std::optional<std::int64_t> earliestBucket(SQLiteDatabase& database);
 

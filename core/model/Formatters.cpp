@@ -214,15 +214,4 @@ std::string storage(std::uint64_t bytes) {
     return fileSize(stepsOf(count, *unit), *unit);
 }
 
-std::string amount(double bytes) {
-    constexpr double most = 9e18; // fits the integer
-    if (!std::isfinite(bytes) || bytes <= 0)
-        return std::string(dash);
-    return storage(static_cast<std::uint64_t>(std::min(bytes, most)));
-}
-
-std::string energySum(double wattHours) {
-    return wattHours > 0 ? energy(wattHours) : std::string(dash);
-}
-
 } // namespace ostrivane::Formatters

@@ -76,12 +76,4 @@ std::string timeOfDay(Date date);
 /// The size of a file or a volume, as "1.23 GB" of 1000 × 1000 × 1000 bytes. The same wording on every system.
 std::string storage(std::uint64_t bytes);
 
-/// Bytes that were moved, as a size. What sums hold is 0 both where nothing was moved and where nobody measured it: a
-/// dash.
-std::string amount(double bytes);
-
-/// Watt-hours, summed. What sums hold is 0 where the machine tells of no energy, which nothing that runs needs: a dash.
-std::string energySum(double wattHours);
-inline constexpr double joulesPerWattHour = 3600;
-
 } // namespace ostrivane::Formatters

@@ -110,6 +110,32 @@ TEST_F(HistoryStoreTest, ranksWithEverythingThatIsFinished) {
     EXPECT_DOUBLE_EQ(harness.topApps(Date{start + 60}, 1).at(0).avgCPU, 0.5) << "a window of a minute at least";
 }
 
+TEST_F(HistoryStoreTest, tellsWhatRanAtAMoment) {
+    const auto at = [&](double second, std::int64_t limit = -1) {
+        return harness.answer<std::vector<AppMoment>>(
+            [&](HistoryStore& store, auto to) { store.appsAt(Date{second}, limit, std::move(to)); });
+    };
+    SystemSnapshot second = snapshotAt(start + 60);
+    second.applications.erase(second.applications.begin());
+    second.applications[0].cpu = 2;
+    harness.ingest(snapshotAt(start, 0.5));
+    harness.ingest(second);
+    harness.ingest(snapshotAt(start + 120));
+    const auto first = at(start + 59.9);
+    ASSERT_EQ(first.size(), 2U) << "minutes that wait in memory count";
+    EXPECT_EQ(first[0], (AppMoment{.appKey = "exe:one", .name = "One", .cpu = 0.5, .mem = 1e8}));
+    EXPECT_EQ(at(start, 1).size(), 1U);
+    const auto later = at(start + 60);
+    ASSERT_EQ(later.size(), 1U);
+    EXPECT_EQ(later[0].appKey, "exe:two");
+    EXPECT_DOUBLE_EQ(later[0].cpu, 2);
+    EXPECT_TRUE(at(start - 1).empty());
+    EXPECT_TRUE(at(start + 120).empty()) << "the minute under way is nobody's yet";
+
+    harness.store->maintain(Date{start + 10 * 86400});
+    EXPECT_EQ(at(start + 700).size(), 2U) << "an hour's row holds each of its seconds";
+}
+
 TEST_F(HistoryStoreTest, namesAnApplicationAnewInTheNextRunAndKeepsItsIdentifier) {
     const auto name = [&](const std::string& key) {
         return harness.answer<std::optional<std::string>>(

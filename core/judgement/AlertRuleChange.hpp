@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace ostrivane::cli {
+namespace ostrivane {
 
 /// What a person wants to be different in a rule; what is absent stays.
 struct AlertRuleChange {
@@ -19,6 +19,19 @@ struct AlertRuleChange {
     friend bool operator==(const AlertRuleChange&, const AlertRuleChange&) = default;
 };
 
+/// The numbers with which a rule can fire; the threshold in its unit, the others in seconds. Threshold and cooldown
+/// begin at 0.
+struct AlertRuleLimits {
+    double mostThreshold = 0;
+    double leastWindow = 0;
+    double mostWindow = 0;
+    double mostCooldown = 0;
+};
+AlertRuleLimits limits(AlertKind kind);
+
+/// Whether a rule of that kind looks at its window; others fire at once.
+bool looksAtWindow(AlertKind kind);
+
 /// Why a rule of that kind cannot be changed so: a number with which it would never fire, or that is none.
 std::optional<std::string> problem(AlertKind kind, const AlertRuleChange& change);
 
@@ -27,7 +40,4 @@ std::vector<AlertRule> effectiveRules(const std::vector<AlertRule>& rules);
 
 AlertRule changed(AlertRule rule, const AlertRuleChange& change);
 
-/// The rules for a person to read. Everything is safe to print.
-std::string rulesText(const std::vector<AlertRule>& rules, std::optional<int> width);
-
-} // namespace ostrivane::cli
+} // namespace ostrivane

@@ -1,14 +1,11 @@
-#include "cli/AlertRuleChange.hpp"
-
-#include "cli/Wording.hpp"
-#include "core/model/Formatters.hpp"
+#include "core/judgement/AlertRuleChange.hpp"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <string_view>
 
-namespace ostrivane::cli {
+namespace ostrivane {
 
 namespace {
 
@@ -68,23 +65,30 @@ std::optional<std::string> problem(std::string_view what, std::optional<double> 
     return fmt::format("the {} must be a number from 0 to {} ({})", what, most, unit);
 }
 
-/// The number as it was chosen: rounded it would be another one.
-std::string seconds(double count) {
-    constexpr double minute = 60;
-    return count < minute ? fmt::format("{} s", count) : fmt::format("{} s ({})", count, Formatters::duration(count));
-}
-
 } // namespace
 
-std::optional<std::string> problem(AlertKind kind, const AlertRuleChange& change) {
+AlertRuleLimits limits(AlertKind kind) {
     const Most most = mostOf(kind);
-    if (auto found = problem("threshold", change.threshold, most.threshold, thresholdUnit(kind)))
+    return {.mostThreshold = most.threshold,
+            .leastWindow = needsManyReadings(kind) ? leastCovered : 0,
+            .mostWindow = most.window,
+            .mostCooldown = mostCooldown};
+}
+
+bool looksAtWindow(AlertKind kind) {
+    return kind != AlertKind::excessiveMemory && kind != AlertKind::idleServer && kind != AlertKind::lowStorage;
+}
+
+std::optional<std::string> problem(AlertKind kind, const AlertRuleChange& change) {
+    const AlertRuleLimits limit = limits(kind);
+    if (auto found = problem("threshold", change.threshold, limit.mostThreshold, thresholdUnit(kind)))
         return found;
-    if (auto found = problem("window", change.window, most.window, "seconds"))
+    if (auto found = problem("window", change.window, limit.mostWindow, "seconds"))
         return found;
-    if (needsManyReadings(kind) && change.window && *change.window < leastCovered)
-        return fmt::format("the window must be {} seconds or more: a shorter one holds too few readings", leastCovered);
-    return problem("cooldown", change.cooldown, mostCooldown, "seconds");
+    if (change.window && *change.window < limit.leastWindow)
+        return fmt::format("the window must be {} seconds or more: a shorter one holds too few readings",
+                           limit.leastWindow);
+    return problem("cooldown", change.cooldown, limit.mostCooldown, "seconds");
 }
 
 std::vector<AlertRule> effectiveRules(const std::vector<AlertRule>& rules) {
@@ -103,19 +107,4 @@ AlertRule changed(AlertRule rule, const AlertRuleChange& change) {
     return rule;
 }
 
-std::string rulesText(const std::vector<AlertRule>& rules, std::optional<int> width) {
-    std::string text;
-    for (const AlertRule& rule : rules) {
-        text +=
-            clipped(fmt::format("{:<16} {:<3}  {}", rawValue(rule.kind), rule.enabled ? "on" : "off", title(rule.kind)),
-                    width) +
-            "\n";
-        text += joined(wrapped(fmt::format("threshold {} {}; window {}; cooldown {}; {}", rule.threshold,
-                                           thresholdUnit(rule.kind), seconds(rule.window), seconds(rule.cooldown),
-                                           rule.notify ? "notifies" : "does not notify"),
-                               "    ", width));
-    }
-    return text;
-}
-
-} // namespace ostrivane::cli
+} // namespace ostrivane

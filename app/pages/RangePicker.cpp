@@ -1,0 +1,55 @@
+#include "app/pages/RangePicker.hpp"
+
+#include "app/widgets/SegmentedControl.hpp"
+#include "app/widgets/Strings.hpp"
+#include "core/model/Formatters.hpp"
+
+#include <QHBoxLayout>
+
+#include <cmath>
+#include <cstddef>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr auto ranges = rawTexts(EnumTag<HistoryRange>{});
+
+QStringList titles() {
+    QStringList list{QStringLiteral("Live")};
+    for (const auto& range : ranges)
+        list << text(range.second);
+    return list;
+}
+
+} // namespace
+
+QString everyText(double interval) {
+    if (interval == 1)
+        return QStringLiteral("every second");
+    const int decimals = interval == std::floor(interval) ? 0 : 1;
+    return QStringLiteral("every %1 s").arg(text(Formatters::decimal(interval, decimals)));
+}
+
+QString rangeText(std::optional<HistoryRange> range, double interval) {
+    if (range)
+        return QStringLiteral("Last %1").arg(text(label(*range)));
+    return QStringLiteral("Last 5 minutes, %1").arg(everyText(interval));
+}
+
+RangePicker::RangePicker(QWidget* parent) : QWidget(parent) {
+    control = new SegmentedControl(QStringLiteral("Time range"), titles(), this);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(control);
+    connect(control, &SegmentedControl::indexChosen, this, [this] { Q_EMIT rangeChosen(); });
+}
+
+std::optional<HistoryRange> RangePicker::range() const {
+    const int index = control->index();
+    if (index < 1 || static_cast<std::size_t>(index) > ranges.size())
+        return std::nullopt;
+    return ranges[static_cast<std::size_t>(index) - 1].first;
+}
+
+} // namespace ostrivane

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/model/AppModel.hpp"
+#include "app/model/AppSettings.hpp"
+#include "app/model/AppState.hpp"
+#include "app/widgets/EmptyState.hpp"
+#include "app/widgets/RowsModel.hpp"
+#include "app/widgets/TableView.hpp"
+
+#include <QStackedWidget>
+#include <QString>
+
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ostrivane {
+
+/// Rows that a table within a card shows; the page that it links to has the rest.
+inline constexpr int rowsInCard = 8;
+
+/// A table within a card, sorted by one of its columns at first. Says "Measuring…" until there is something to list.
+template <class Row, class ID>
+struct ResourceTable {
+    QStackedWidget* holder = nullptr; ///< what goes into the card
+    TableView* view = nullptr;
+    EmptyState* measuring = nullptr;
+    RowsModel<Row, ID>* rows = nullptr;
+
+    void show(std::vector<Row> shown, const AppState& state) const {
+        if (!state.hasFirstSample)
+            shown.clear();
+        holder->setCurrentWidget(state.hasFirstSample ? static_cast<QWidget*>(view) : measuring);
+        rows->assign(std::move(shown), state.snapshot);
+    }
+
+    /// All belongs to `parent`.
+    /// @param id  under which the user's choices about the table are kept
+    /// @param activated  called with the identity of a row that the user opens
+    static ResourceTable make(const std::string& id, const QString& name, std::vector<TableColumn<Row>> columns,
+                              std::string_view sortedBy, std::function<ID(const Row&)> identity,
+                              std::function<void(const ID&)> activated, AppModel& model, QWidget* parent) {
+        const auto sorted = std::ranges::find(columns, sortedBy, &TableColumn<Row>::id) - columns.begin();
+        ResourceTable table;
+        table.holder = new QStackedWidget(parent);
+        table.holder->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+        table.view = new TableView(id, name, &model.settings().defaults(), table.holder);
+        table.measuring = new EmptyState({}, table.holder);
+        table.measuring->set(QStringLiteral("Measuring…"));
+        table.holder->addWidget(table.view);
+        table.holder->addWidget(table.measuring);
+        table.rows = new RowsModel<Row, ID>(std::move(columns), std::move(identity), table.view);
+        table.view->setRows(table.rows);
+        table.view->setVisibleRows(rowsInCard);
+        table.view->sortByColumn(static_cast<int>(sorted), Qt::DescendingOrder);
+        QObject::connect(table.view, &TableView::rowActivated, table.view,
+                         [rows = table.rows, activated = std::move(activated)](int row) {
+                             if (const std::optional<ID> opened = rows->id(row))
+                                 activated(*opened);
+                         });
+        return table;
+    }
+};
+
+} // namespace ostrivane

@@ -1,0 +1,69 @@
+#include "app/widgets/Paint.hpp"
+
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QTextDocument>
+
+#include <cmath>
+
+namespace ostrivane::Paint {
+
+namespace {
+
+constexpr qsizetype longest = 512; // characters that can be in view in one line
+
+/// Shaping a text costs in proportion to its length, and what will be cut off needs none of it.
+QString bounded(const QString& text, Qt::TextElideMode mode) {
+    if (text.size() <= longest)
+        return text;
+    if (mode == Qt::ElideMiddle)
+        return text.left(longest / 2) + QChar(0x2026) + text.right(longest / 2);
+    return mode == Qt::ElideLeft ? QChar(0x2026) + text.right(longest) : text.left(longest) + QChar(0x2026);
+}
+
+} // namespace
+
+QColor mixed(const QColor& under, const QColor& over, double share) {
+    const auto part = [share](double low, double high) { return static_cast<float>(low + (high - low) * share); };
+    return QColor::fromRgbF(part(under.redF(), over.redF()), part(under.greenF(), over.greenF()),
+                            part(under.blueF(), over.blueF()));
+}
+
+void sheet(QPainter& painter, const QRectF& rect, qreal radius, const QColor& fill, const QColor& edge) {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setBrush(fill.isValid() ? QBrush(fill) : QBrush(Qt::NoBrush));
+    if (edge.isValid()) {
+        painter.setPen(QPen(edge, 1));
+        painter.drawRoundedRect(rect.adjusted(0.5, 0.5, -0.5, -0.5), radius - 0.5, radius - 0.5);
+    } else {
+        painter.setPen(Qt::NoPen);
+        painter.drawRoundedRect(rect, radius, radius);
+    }
+}
+
+QString elided(const QFont& font, const QString& text, int width, Qt::TextElideMode mode) {
+    return QFontMetricsF(font).elidedText(bounded(text, mode), mode, width);
+}
+
+int textWidth(const QFont& font, const QString& text) {
+    return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(bounded(text, Qt::ElideRight))));
+}
+
+void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text, Qt::Alignment alignment,
+          Qt::TextElideMode mode) {
+    if (text.isEmpty() || rect.isEmpty())
+        return;
+    painter.setFont(font);
+    painter.drawText(rect, static_cast<int>(alignment) | Qt::TextSingleLine, elided(font, text, rect.width(), mode));
+}
+
+QString toolTip(const QString& plain) {
+    constexpr qsizetype oneLine = 80;
+    constexpr qsizetype most = 1000;
+    if (plain.size() <= oneLine && !Qt::mightBeRichText(plain))
+        return plain;
+    const QString cut = plain.size() > most ? plain.left(most) + QChar(0x2026) : plain;
+    return QStringLiteral("<qt>%1</qt>").arg(cut.toHtmlEscaped());
+}
+
+} // namespace ostrivane::Paint

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QColor>
+#include <QFont>
+#include <QRectF>
+#include <QString>
+
+class QPainter;
+
+namespace ostrivane {
+
+/// What more than one widget needs to paint itself.
+namespace Paint {
+
+/// `share` of `over` on `under`.
+QColor mixed(const QColor& under, const QColor& over, double share);
+
+/// A sheet with round corners; without an edge where `edge` is not valid. The edge lies within `rect`.
+void sheet(QPainter& painter, const QRectF& rect, qreal radius, const QColor& fill, const QColor& edge = {});
+
+/// The text as it fits into `width`; a very long one is cut ahead of measuring.
+QString elided(const QFont& font, const QString& text, int width, Qt::TextElideMode mode = Qt::ElideRight);
+
+/// Pixels that a text takes in one line, rounded up.
+int textWidth(const QFont& font, const QString& text);
+
+/// One line of text in the painter's pen, elided where it does not fit.
+void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text,
+          Qt::Alignment alignment = Qt::AlignLeading | Qt::AlignVCenter, Qt::TextElideMode mode = Qt::ElideRight);
+
+/// A text from outside as a tooltip: never read as marked up, in lines of bearable length.
+QString toolTip(const QString& plain);
+
+} // namespace Paint
+
+} // namespace ostrivane

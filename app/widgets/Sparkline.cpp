@@ -1,0 +1,104 @@
+#include "app/widgets/Sparkline.hpp"
+
+#include "app/widgets/ChartText.hpp"
+#include "app/widgets/Type.hpp"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QPolygonF>
+
+#include <algorithm>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr qreal lineWidth = 1.4;
+constexpr qreal areaOpacity = 0.15;
+
+} // namespace
+
+void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedValue> points,
+                   const SparklineLook& look) {
+    if (points.empty() || look.window <= 0 || rect.isEmpty())
+        return;
+    // Half a line's width stays free above and below, so that neither end of the scale is cut.
+    const QRectF plot = rect.adjusted(0, lineWidth / 2, 0, -lineWidth / 2);
+    QPolygonF line;
+    line.reserve(static_cast<qsizetype>(points.size()));
+    const double since = look.now - look.window;
+    for (std::size_t at = 0; at < points.size(); ++at) {
+        // The line comes in from outside of the view, but only from the nearest point.
+        if (points[at].time < since && at + 1 < points.size() && points[at + 1].time < since)
+            continue;
+        const double share = look.top > 0 ? std::clamp(points[at].value / look.top, 0.0, 1.0) : 0;
+        line << QPointF(plot.right() - (look.now - points[at].time) / look.window * plot.width(),
+                        plot.bottom() - share * plot.height());
+    }
+
+    const QColor colour = Theme::current().colour(look.series);
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setClipRect(rect, Qt::IntersectClip);
+    if (line.size() == 1) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawEllipse(line.first(), lineWidth, lineWidth);
+    } else {
+        if (look.hasArea && !look.isDashed) {
+            QColor area = colour;
+            area.setAlphaF(static_cast<float>(areaOpacity));
+            QPolygonF filled = line;
+            filled << QPointF(line.last().x(), rect.bottom()) << QPointF(line.first().x(), rect.bottom());
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(area);
+            painter.drawPolygon(filled);
+        }
+        QPen pen(colour, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
+        if (look.isDashed)
+            pen.setDashPattern({4 / lineWidth, 3 / lineWidth});
+        painter.setPen(pen);
+        painter.setBrush(Qt::NoBrush);
+        painter.drawPolyline(line);
+    }
+    painter.restore();
+}
+
+Sparkline::Sparkline(const QString& name, QWidget* parent) : QWidget(parent) {
+    setAccessibleName(name);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+void Sparkline::set(std::vector<TimedValue> given, const SparklineLook& givenLook) {
+    if (given == points && givenLook == look)
+        return;
+    points = std::move(given);
+    look = givenLook;
+    update();
+}
+
+void Sparkline::setText(std::function<QString(double)> given) {
+    text = std::move(given);
+}
+
+QString Sparkline::description() const {
+    if (!text)
+        return {};
+    const ChartText::Told line{{}, ChartText::figures(points, look.now - look.window, look.now), text};
+    return ChartText::sentence(accessibleName(), ChartText::span(look.window), {&line, 1});
+}
+
+QSize Sparkline::sizeHint() const {
+    return {Type::px(96), Type::px(28)};
+}
+
+QSize Sparkline::minimumSizeHint() const {
+    return {Type::px(24), Type::px(16)};
+}
+
+void Sparkline::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    drawSparkline(painter, rect(), points, look);
+}
+
+} // namespace ostrivane

@@ -1,0 +1,127 @@
+#include "app/widgets/StatGrid.hpp"
+
+#include "app/widgets/Numbers.hpp"
+#include "app/widgets/Paint.hpp"
+#include "app/widgets/Type.hpp"
+
+#include <QPainter>
+#include <QStringList>
+#include <QStyle>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr double columnGap = 16;
+constexpr double rowGap = 10;
+constexpr double remarkGap = 4;
+
+int rowHeight() {
+    return Type::lineHeight(TypeRole::tableHead) + Type::lineHeight(TypeRole::statValue);
+}
+
+int valueWidth(const Stat& stat) {
+    return static_cast<int>(std::ceil(Numbers::width(Type::font(TypeRole::statValue), stat.value)));
+}
+
+int remarkWidth(const Stat& stat) {
+    return stat.remark.isEmpty() ? 0
+                                 : Type::px(remarkGap) + Paint::textWidth(Type::font(TypeRole::secondary), stat.remark);
+}
+
+/// The colour of a text that may stand for a figure there is none of.
+QColor inkOf(const QString& value, Tone tone) {
+    const bool isAbsent = value == QStringLiteral("—") || value == QStringLiteral("Unavailable");
+    return Theme::current().colour(isAbsent && tone == Tone::text ? Tone::text2 : tone);
+}
+
+} // namespace
+
+StatGrid::StatGrid(int columnCount, QWidget* parent) : QWidget(parent), columns(std::max(1, columnCount)) {
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+void StatGrid::set(std::vector<Stat> figures) {
+    if (figures == stats)
+        return;
+    const QSize before = minimumSizeHint();
+    const bool sameCount = figures.size() == stats.size();
+    std::swap(stats, figures);
+    for (std::size_t index = 0; sameCount && index < stats.size(); ++index)
+        if (stats[index] != figures[index])
+            update(cell(index));
+    if (!sameCount)
+        update();
+    if (minimumSizeHint() != before)
+        updateGeometry();
+}
+
+void StatGrid::setColumns(int columnCount) {
+    if (columnCount == columns || columnCount < 1)
+        return;
+    columns = columnCount;
+    updateGeometry();
+    update();
+}
+
+QSize StatGrid::sizeHint() const {
+    int widest = 0;
+    for (const Stat& stat : stats)
+        widest = std::max({widest, valueWidth(stat) + remarkWidth(stat),
+                           Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption)});
+    return {columns * widest + (columns - 1) * Type::px(columnGap), minimumSizeHint().height()};
+}
+
+QSize StatGrid::minimumSizeHint() const {
+    int widest = 0;
+    for (const Stat& stat : stats)
+        widest = std::max(widest, valueWidth(stat));
+    const int rows = (static_cast<int>(stats.size()) + columns - 1) / columns;
+    const int height = rows == 0 ? 0 : rows * rowHeight() + (rows - 1) * Type::px(rowGap);
+    return {columns * widest + (columns - 1) * Type::px(columnGap), height};
+}
+
+QString StatGrid::accessibleLabel() const {
+    QStringList parts;
+    for (const Stat& stat : stats)
+        parts << QStringLiteral("%1 %2 %3").arg(stat.caption, stat.value, stat.remark).trimmed();
+    return parts.join(QStringLiteral(", "));
+}
+
+QRect StatGrid::cell(std::size_t index) const {
+    const int column = static_cast<int>(index) % columns;
+    const int row = static_cast<int>(index) / columns;
+    const int gap = Type::px(columnGap);
+    const int wide = (width() - (columns - 1) * gap) / columns;
+    const QRect place(column * (wide + gap), row * (rowHeight() + Type::px(rowGap)), wide, rowHeight());
+    return QStyle::visualRect(layoutDirection(), rect(), place);
+}
+
+void StatGrid::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    const Theme& theme = Theme::current();
+    for (std::size_t index = 0; index < stats.size(); ++index) {
+        const Stat& stat = stats[index];
+        const QRect place = cell(index);
+        if (!event->rect().intersects(place))
+            continue;
+        const int captionHeight = Type::lineHeight(TypeRole::tableHead);
+        painter.setPen(theme.text2);
+        Paint::line(painter, QRect(place.left(), place.top(), place.width(), captionHeight),
+                    Type::font(TypeRole::tableHead), stat.caption);
+        const QRect below = place.adjusted(0, captionHeight, 0, 0);
+        painter.setPen(inkOf(stat.value, stat.tone));
+        Numbers::draw(painter, below, Type::font(TypeRole::statValue), Qt::AlignLeading | Qt::AlignVCenter, stat.value);
+        if (stat.remark.isEmpty())
+            continue;
+        const int start = valueWidth(stat) + Type::px(remarkGap);
+        const QRect behind = QStyle::visualRect(layoutDirection(), below, below.adjusted(start, Type::px(2), 0, 0));
+        painter.setPen(theme.text2);
+        Paint::line(painter, behind, Type::font(TypeRole::secondary), stat.remark);
+    }
+}
+
+} // namespace ostrivane

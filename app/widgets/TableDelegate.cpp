@@ -1,0 +1,241 @@
+#include "app/widgets/TableDelegate.hpp"
+
+#include "app/widgets/Bar.hpp"
+#include "app/widgets/Numbers.hpp"
+#include "app/widgets/Type.hpp"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include <algorithm>
+#include <cmath>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr double outerPadding = 14;
+constexpr double innerPadding = 8;
+constexpr double iconSize = 16;
+constexpr double gap = 8;
+constexpr double noteGap = 6;
+constexpr double barWidth = 44;
+constexpr double barHeight = 4;
+constexpr double barFigure = 62; ///< kept for the figure, so that bars stand below each other
+constexpr double fullHeat = 0.26;
+constexpr qreal goneIcon = 0.5;
+constexpr qsizetype mostLetters = 300;    ///< that can be in view; the rest is not even measured
+constexpr qsizetype mostOfToolTip = 1500; ///< letters
+constexpr std::size_t mostPainted = 2000;
+
+std::uint64_t keyOf(int row, int column) {
+    return static_cast<std::uint64_t>(row) << 16 | static_cast<std::uint64_t>(column);
+}
+
+/// On one line, and not longer than a line can be.
+QString oneLine(QString text, Qt::TextElideMode mode) {
+    if (text.size() > mostLetters)
+        text = mode == Qt::ElideMiddle ? text.left(mostLetters / 2) + QChar(0x2026) + text.right(mostLetters / 2)
+                                       : text.left(mostLetters) + QChar(0x2026);
+    const auto isControl = [](QChar letter) { return letter.unicode() < 0x20 || letter.unicode() == 0x7F; };
+    if (std::ranges::any_of(text, isControl))
+        std::ranges::replace_if(text, isControl, QChar(u' '));
+    return text;
+}
+
+QString elided(const QFontMetricsF& metrics, const QString& text, Qt::TextElideMode mode, qreal width) {
+    const QString line = oneLine(text, mode);
+    return width <= 0 ? QString() : metrics.elidedText(line, mode, width);
+}
+
+} // namespace
+
+struct TableDelegate::Place {
+    QPainter& painter;
+    const QStyleOptionViewItem& option;
+    const RowsModelBase& rows;
+    const RowsModelBase::ColumnFacts& facts;
+    const RowsModelBase::Cell& cell;
+    const Letterings& letterings;
+    int row;
+    int column;
+
+    bool isSelected() const { return option.state.testFlag(QStyle::State_Selected); }
+    /// The third grey cannot be read on the ground of a selection.
+    QColor ink(Tone tone) const {
+        return Theme::current().colour(isSelected() && tone == Tone::text3 ? Tone::text2 : tone);
+    }
+    /// Takes so much off the leading or trailing side of `rect`.
+    QRect take(QRect& rect, Qt::Alignment side, qreal width) const {
+        const QSize size(std::min(static_cast<int>(std::ceil(width)), rect.width()), rect.height());
+        const QRect taken = QStyle::alignedRect(option.direction, side | Qt::AlignVCenter, size, rect);
+        const bool fromLeft = (side == Qt::AlignLeading) == (option.direction == Qt::LeftToRight);
+        if (fromLeft)
+            rect.setLeft(taken.right() + 1);
+        else
+            rect.setRight(taken.left() - 1);
+        return taken;
+    }
+    void write(const QRect& rect, const Lettering& lettering, const QString& text) const {
+        qreal left = rect.left();
+        if (option.direction == Qt::RightToLeft)
+            left = rect.right() + 1 - lettering.metrics.horizontalAdvance(text);
+        painter.setFont(lettering.font);
+        painter.drawText(QPointF(left, rect.top() + rect.height() / 2.0 + lettering.rise), text);
+    }
+};
+
+TableDelegate::Lettering::Lettering(const QFont& told)
+    : font(told), metrics(told), rise((metrics.ascent() - metrics.descent()) / 2) {}
+
+TableDelegate::Letterings::Letterings()
+    : base(Type::base()), plain(Type::font(TypeRole::table)), strong(Type::font(TypeRole::tableStrong)), bold([] {
+          QFont font = Type::font(TypeRole::table);
+          font.setWeight(QFont::DemiBold);
+          return font;
+      }()),
+      note(Type::font(TypeRole::caption)), suffix(plain.metrics.horizontalAdvance(QLatin1Char('*'))) {}
+
+TableDelegate::TableDelegate(QObject* owner) : QStyledItemDelegate(owner) {}
+
+QRect TableDelegate::inner(const QRect& cell, bool isFirst, bool isLast, Qt::LayoutDirection direction) {
+    const QRect within = cell.adjusted(Type::px(isFirst ? outerPadding : innerPadding), 0,
+                                       -Type::px(isLast ? outerPadding : innerPadding), 0);
+    return QStyle::visualRect(direction, cell, within);
+}
+
+void TableDelegate::setEdges(int first, int last) {
+    firstColumn = first;
+    lastColumn = last;
+}
+
+bool TableDelegate::isOutdated(const RowsModelBase& rows, int row, int column) const {
+    const auto known = painted.find(keyOf(row, column));
+    return known != painted.end() && known->second != rows.cell(row, column);
+}
+
+QSize TableDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {Type::px(60), Type::px(28)};
+}
+
+const TableDelegate::Letterings& TableDelegate::letterings() const {
+    if (!made || made->base != Type::base())
+        made = std::make_unique<Letterings>();
+    return *made;
+}
+
+void TableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const auto& rows = static_cast<const RowsModelBase&>(*index.model());
+    if (painted.size() > mostPainted)
+        painted.clear();
+    RowsModelBase::Cell& cell = painted[keyOf(index.row(), index.column())];
+    cell = rows.cell(index.row(), index.column());
+    const Place place{*painter, option,       rows,        rows.column(index.column()),
+                      cell,     letterings(), index.row(), index.column()};
+    drawGround(place);
+    const QRect rect =
+        inner(option.rect, index.column() == firstColumn, index.column() == lastColumn, option.direction);
+    if (place.facts.isNumeric)
+        drawFigure(place, rect);
+    else
+        drawWords(place, rect);
+}
+
+void TableDelegate::drawGround(const Place& place) const {
+    const Theme& theme = Theme::current();
+    const QRect& rect = place.option.rect;
+    place.painter.fillRect(rect, place.isSelected()     ? theme.selection
+                                 : place.row == hovered ? theme.hover
+                                                        : theme.card);
+    if (const double heat = place.cell.heat.value_or(0); !place.isSelected() && heat > 0) {
+        QColor colour = theme.s1;
+        colour.setAlphaF(static_cast<float>(fullHeat * std::min(heat, 1.0)));
+        place.painter.fillRect(rect, colour);
+    }
+    place.painter.fillRect(rect.left(), rect.bottom(), rect.width(), 1, theme.separator);
+}
+
+void TableDelegate::drawFigure(const Place& place, QRect rect) const {
+    const Lettering& lettering = place.cell.isBold      ? place.letterings.bold
+                                 : place.facts.isStrong ? place.letterings.strong
+                                                        : place.letterings.plain;
+    place.painter.setPen(place.ink(place.cell.tone));
+    if (place.facts.hasSuffix) {
+        const QRect slot = place.take(rect, Qt::AlignTrailing, place.letterings.suffix);
+        if (!place.cell.suffix.isEmpty())
+            place.write(slot, lettering, place.cell.suffix);
+    }
+    if (place.facts.hasBar && place.cell.bar && rect.width() >= Type::px(barWidth + gap + barFigure)) {
+        QRect beside = rect;
+        place.take(beside, Qt::AlignTrailing, Type::px(barFigure + gap));
+        QRect bar = place.take(beside, Qt::AlignTrailing, Type::px(barWidth));
+        bar = QStyle::alignedRect(place.option.direction, Qt::AlignCenter, {bar.width(), Type::px(barHeight)}, bar);
+        Bar::draw(place.painter, bar, *place.cell.bar, place.facts.barSeries);
+    }
+    const Qt::Alignment side = place.option.direction == Qt::LeftToRight ? Qt::AlignRight : Qt::AlignLeft;
+    Numbers::draw(place.painter, rect, lettering.font, side | Qt::AlignVCenter,
+                  oneLine(place.cell.text, Qt::ElideRight));
+}
+
+void TableDelegate::drawWords(const Place& place, QRect rect) const {
+    if (place.facts.hasIcon) {
+        const int size = Type::px(iconSize);
+        const qreal ratio = place.painter.device()->devicePixelRatioF();
+        const QPixmap icon = place.rows.icon(place.row, place.column, size, ratio);
+        const QRect taken = place.take(rect, Qt::AlignLeading, size);
+        if (!icon.isNull()) {
+            place.painter.setOpacity(place.rows.isGone(place.row) ? goneIcon : 1);
+            place.painter.drawPixmap(QStyle::alignedRect(place.option.direction, Qt::AlignCenter, {size, size}, taken),
+                                     icon);
+            place.painter.setOpacity(1);
+        }
+        place.take(rect, Qt::AlignLeading, Type::px(gap));
+    }
+    const Lettering& lettering = place.cell.isBold      ? place.letterings.bold
+                                 : place.facts.isStrong ? place.letterings.strong
+                                                        : place.letterings.plain;
+    const Lettering& note = place.letterings.note;
+    qreal room = rect.width();
+    if (!place.cell.note.isEmpty())
+        room -= note.metrics.horizontalAdvance(place.cell.note) + Type::px(noteGap);
+    const QString words = elided(lettering.metrics, place.cell.text, place.facts.elide, room);
+    place.painter.setPen(place.ink(place.cell.tone));
+    place.write(rect, lettering, words);
+    if (place.cell.note.isEmpty())
+        return;
+    place.take(rect, Qt::AlignLeading, lettering.metrics.horizontalAdvance(words) + Type::px(noteGap));
+    place.painter.setPen(place.ink(Tone::text3));
+    place.write(rect, note, place.cell.note);
+}
+
+bool TableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) {
+    if (event->type() != QEvent::ToolTip || !index.isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const auto& rows = static_cast<const RowsModelBase&>(*index.model());
+    const RowsModelBase::ColumnFacts& facts = rows.column(index.column());
+    QString tip = index.data(Qt::ToolTipRole).toString();
+    if (tip.isEmpty() && !facts.isNumeric) {
+        const RowsModelBase::Cell cell = rows.cell(index.row(), index.column());
+        const Letterings& all = letterings();
+        const Lettering& lettering = cell.isBold ? all.bold : facts.isStrong ? all.strong : all.plain;
+        qreal room = inner(view->visualRect(index), index.column() == firstColumn, index.column() == lastColumn,
+                           option.direction)
+                         .width();
+        if (facts.hasIcon)
+            room -= Type::px(iconSize) + Type::px(gap);
+        if (!cell.note.isEmpty())
+            room -= all.note.metrics.horizontalAdvance(cell.note) + Type::px(noteGap);
+        if (elided(lettering.metrics, cell.text, facts.elide, room) != cell.text)
+            tip = cell.text;
+    }
+    // Marked up, so that long lines break, and so that no name is taken for markup.
+    if (!tip.isEmpty())
+        tip = QStringLiteral("<qt>%1</qt>").arg(tip.left(mostOfToolTip).toHtmlEscaped());
+    QToolTip::showText(event->globalPos(), tip, view->viewport(), view->visualRect(index));
+    return true;
+}
+
+} // namespace ostrivane

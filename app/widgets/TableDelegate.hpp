@@ -1,0 +1,68 @@
+#pragma once
+
+#include "app/widgets/RowsModel.hpp"
+
+#include <QFont>
+#include <QFontMetricsF>
+#include <QStyledItemDelegate>
+
+#include <cstdint>
+#include <unordered_map>
+
+namespace ostrivane {
+
+/// Paints the cells of every table: ground, heat, bar, icon, text or figure. Remembers what it painted, so that a cell
+/// that still shows the same is left alone.
+class TableDelegate final : public QStyledItemDelegate {
+public:
+    explicit TableDelegate(QObject* parent);
+
+    /// What is left of a cell within its margins.
+    static QRect inner(const QRect& cell, bool isFirst, bool isLast, Qt::LayoutDirection direction);
+
+    /// The outermost visible columns.
+    void setEdges(int first, int last);
+    void setHoveredRow(int row) { hovered = row; }
+    int hoveredRow() const { return hovered; }
+
+    /// Whether a cell was painted, and now shows something else.
+    bool isOutdated(const RowsModelBase& rows, int row, int column) const;
+    /// Rows stand elsewhere: nothing that was painted is where it was.
+    void forgetPainted() { painted.clear(); }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+
+private:
+    struct Lettering {
+        explicit Lettering(const QFont& told);
+        QFont font;
+        QFontMetricsF metrics;
+        qreal rise = 0; ///< from the middle of a line down to its base line
+    };
+    struct Letterings {
+        Letterings();
+        double base;
+        Lettering plain;
+        Lettering strong;
+        Lettering bold;
+        Lettering note;
+        qreal suffix; ///< width of its slot
+    };
+    struct Place;
+
+    const Letterings& letterings() const;
+    void drawGround(const Place& place) const;
+    void drawFigure(const Place& place, QRect rect) const;
+    void drawWords(const Place& place, QRect rect) const;
+
+    mutable std::unordered_map<std::uint64_t, RowsModelBase::Cell> painted;
+    mutable std::unique_ptr<Letterings> made;
+    int firstColumn = 0;
+    int lastColumn = 0;
+    int hovered = -1;
+};
+
+} // namespace ostrivane

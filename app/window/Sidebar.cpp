@@ -1,0 +1,186 @@
+#include "app/window/Sidebar.hpp"
+
+#include "app/model/AppModel.hpp"
+#include "app/widgets/FilterField.hpp"
+#include "app/widgets/Theme.hpp"
+#include "app/widgets/Type.hpp"
+#include "app/window/SidebarDelegate.hpp"
+#include "app/window/SidebarModel.hpp"
+#include "core/model/Calendar.hpp"
+
+#include <QFrame>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QListView>
+#include <QPainter>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace ostrivane {
+
+namespace {
+
+constexpr double wideWidth = 216;
+constexpr double narrowWidth = 196;
+
+QListView* makeList(SidebarModel* pages, const QString& name, QWidget* parent) {
+    auto* list = new QListView(parent);
+    list->setModel(pages);
+    list->setItemDelegate(new SidebarDelegate(list));
+    list->setFrameShape(QFrame::NoFrame);
+    list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    list->setMouseTracking(true);
+    list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    list->setAccessibleName(name);
+    list->viewport()->setAutoFillBackground(false);
+    return list;
+}
+
+} // namespace
+
+Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date()> clock, QWidget* parent)
+    : QWidget(parent), model(shown), now(std::move(clock)) {
+    search = new FilterField(QStringLiteral("Search Pages"), this);
+    search->setShortcutText(QKeySequence(Qt::CTRL | Qt::Key_F).toString(QKeySequence::NativeText));
+    search->installEventFilter(this);
+    pages = new SidebarModel(SidebarModel::Part::sections, words, this);
+    footPages = new SidebarModel(SidebarModel::Part::settings, words, this);
+    list = makeList(pages, QStringLiteral("Pages"), this);
+    foot = makeList(footPages, QStringLiteral("Settings"), this);
+    foot->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    foot->setFixedHeight(foot->sizeHintForRow(0));
+
+    auto* line = new QFrame(this);
+    line->setFrameShape(QFrame::HLine);
+    line->setFixedHeight(1);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(Type::px(8), Type::px(10), Type::px(8) + 1, Type::px(8));
+    column->setSpacing(Type::px(6));
+    column->addWidget(search);
+    column->addWidget(list, 1);
+    column->addWidget(line);
+    column->addWidget(foot);
+    setFixedWidth(Type::px(wideWidth));
+    setAccessibleName(QStringLiteral("Sidebar"));
+
+    connect(search, &QLineEdit::textChanged, this, [this](const QString& wanted) {
+        pages->setFilter(wanted);
+        showSelection();
+    });
+    connect(search, &QLineEdit::returnPressed, this, &Sidebar::chooseFirst);
+    for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}})
+        connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this,
+                [this, rows = rows](const QModelIndex& chosen) {
+                    if (const auto page = chosen.isValid() ? rows->row(chosen.row()).page : std::nullopt;
+                        page && *page != model.navigation().selectedPage())
+                        Q_EMIT pageChosen(*page);
+                });
+    refresh();
+    showSelection();
+}
+
+Sidebar::~Sidebar() = default;
+
+void Sidebar::focusSearch() {
+    search->setFocus(Qt::ShortcutFocusReason);
+    search->selectAll();
+}
+
+void Sidebar::focusList() {
+    list->setFocus(Qt::TabFocusReason);
+}
+
+void Sidebar::setNarrow(bool narrow) {
+    setFixedWidth(Type::px(narrow ? narrowWidth : wideWidth));
+}
+
+void Sidebar::setSeen(bool isSeen) {
+    seen = isSeen;
+    settle();
+}
+
+void Sidebar::settle() {
+    const bool wanted = seen && isVisible();
+    if (wanted == awake)
+        return;
+    awake = wanted;
+    if (!awake)
+        return watching.disconnect();
+    watching = model.observe([this](const ModelChanges& changes) {
+        if (changes.navigation)
+            showSelection();
+        refresh();
+    });
+    refresh();
+    showSelection();
+}
+
+void Sidebar::refresh() {
+    const Date present = now();
+    const Date midnight = Calendar::startOfDay(present);
+    pages->update(model.state(), present, midnight);
+    footPages->update(model.state(), present, midnight);
+}
+
+void Sidebar::showSelection() {
+    const Page selected = model.navigation().selectedPage();
+    for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}}) {
+        const auto row = rows->indexOf(selected);
+        if (row)
+            view->selectionModel()->setCurrentIndex(rows->index(*row), QItemSelectionModel::ClearAndSelect);
+        else
+            view->selectionModel()->clear();
+        if (row)
+            view->scrollTo(rows->index(*row));
+        view->viewport()->update();
+    }
+}
+
+void Sidebar::chooseFirst() {
+    const auto first = pages->firstPage();
+    if (!first)
+        return;
+    const auto page = pages->row(*first).page;
+    search->clear();
+    Q_EMIT pageChosen(*page);
+}
+
+bool Sidebar::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == search && event->type() == QEvent::KeyPress &&
+        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+        list->setFocus(Qt::TabFocusReason);
+        if (const auto first = pages->firstPage())
+            list->setCurrentIndex(pages->index(*first));
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void Sidebar::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const Theme& theme = Theme::current();
+    painter.fillRect(rect(), theme.sidebar);
+    const int edge = layoutDirection() == Qt::LeftToRight ? width() - 1 : 0;
+    painter.fillRect(edge, 0, 1, height(), theme.border);
+}
+
+void Sidebar::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    settle();
+}
+
+void Sidebar::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    settle();
+}
+
+void Sidebar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        update();
+}
+
+} // namespace ostrivane

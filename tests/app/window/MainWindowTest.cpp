@@ -1,0 +1,163 @@
+#include "app/window/MainWindow.hpp"
+#include "app/pages/WelcomeSheet.hpp"
+#include "app/widgets/Banner.hpp"
+#include "app/window/MainMenu.hpp"
+#include "app/window/Sidebar.hpp"
+#include "tests/app/pages/PageHarness.hpp"
+
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace ostrivane {
+
+namespace {
+
+/// A window over a recorded machine, shown and seen.
+struct ShownWindow {
+    explicit ShownWindow(const char* recording = virtualMachine) {
+        harness.play(recording);
+        window.emplace(harness.page, MenuActions{}, [this] { return mayClose; });
+        window->resize(1240, 800);
+        window->show();
+        window->setSeen(true);
+    }
+
+    PageHarness harness;
+    bool mayClose = true;
+    std::optional<MainWindow> window;
+};
+
+QAction* item(MainWindow& window, const QString& menu, const QString& title) {
+    for (QAction* top : window.menuBar()->actions())
+        if (top->text() == menu)
+            for (QAction* one : top->menu()->actions())
+                if (one->text() == title)
+                    return one;
+    return nullptr;
+}
+
+PageSet pages(const ShownWindow& shown) {
+    return shown.harness.model->demand().pages;
+}
+
+} // namespace
+
+TEST(MainWindow, registersThePageThatIsShownAndNoOther) {
+    ShownWindow shown;
+    AppModel& model = *shown.harness.model;
+    EXPECT_EQ(pages(shown), PageSet{"overview"});
+    for (const Page page : shortcutPages()) {
+        model.select(page);
+        EXPECT_EQ(shown.window->currentPage()->page(), page);
+        EXPECT_TRUE(shown.window->currentPage()->isAwake());
+        EXPECT_EQ(pages(shown), PageSet{std::string(rawValue(page))});
+    }
+    shown.window->setSeen(false);
+    EXPECT_EQ(pages(shown), PageSet{});
+    EXPECT_FALSE(shown.window->currentPage()->isAwake());
+    model.select(Page::cpu);
+    EXPECT_EQ(pages(shown), PageSet{}) << "a page nobody can see asks for nothing";
+    shown.window->setSeen(true);
+    EXPECT_EQ(pages(shown), PageSet{"cpu"});
+    shown.window->hide();
+    EXPECT_EQ(pages(shown), PageSet{});
+    shown.window.reset();
+    EXPECT_EQ(pages(shown), PageSet{});
+}
+
+TEST(MainWindow, goesBackAndForwardByMenu) {
+    ShownWindow shown;
+    AppModel& model = *shown.harness.model;
+    QAction* back = item(*shown.window, QStringLiteral("Go"), QStringLiteral("Back"));
+    QAction* forward = item(*shown.window, QStringLiteral("Go"), QStringLiteral("Forward"));
+    ASSERT_TRUE(back && forward);
+    EXPECT_FALSE(back->isEnabled());
+    model.select(Page::memory);
+    model.select(Page::cpu);
+    EXPECT_TRUE(back->isEnabled());
+    EXPECT_FALSE(forward->isEnabled());
+    back->trigger();
+    EXPECT_EQ(shown.window->currentPage()->page(), Page::memory);
+    EXPECT_TRUE(item(*shown.window, QStringLiteral("Go"), QStringLiteral("Memory"))->isChecked());
+    forward->trigger();
+    EXPECT_EQ(shown.window->currentPage()->page(), Page::cpu);
+    EXPECT_FALSE(item(*shown.window, QStringLiteral("Go"), QStringLiteral("Memory"))->isChecked());
+}
+
+TEST(MainWindow, hidesTheSidebarAndSaysSo) {
+    ShownWindow shown;
+    ASSERT_TRUE(item(*shown.window, QStringLiteral("View"), QStringLiteral("Hide Sidebar")));
+    shown.harness.model->setSidebarVisible(false);
+    EXPECT_FALSE(shown.window->findChild<Sidebar*>()->isVisible());
+    EXPECT_TRUE(item(*shown.window, QStringLiteral("View"), QStringLiteral("Show Sidebar")));
+}
+
+TEST(MainWindow, showsTheWelcomeWhileTheModelSaysSo) {
+    ShownWindow shown;
+    EXPECT_FALSE(shown.window->findChild<WelcomeSheet*>());
+    shown.harness.model->setShowsWelcome(true);
+    EXPECT_TRUE(shown.window->findChild<WelcomeSheet*>());
+    shown.harness.model->setShowsWelcome(false);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_FALSE(shown.window->findChild<WelcomeSheet*>());
+}
+
+TEST(MainWindow, tellsOfAHistoryThatIsNotKept) {
+    ShownWindow shown;
+    auto* banner = shown.window->findChild<Banner*>();
+    EXPECT_FALSE(banner->isVisible());
+    shown.window->showHistoryProblem("database is locked");
+    EXPECT_TRUE(banner->isVisible());
+    shown.window->showHistoryProblem(std::nullopt);
+    EXPECT_FALSE(banner->isVisible());
+}
+
+TEST(MainWindow, movesTheFocusAroundByF6) {
+    ShownWindow shown;
+    shown.harness.model->select(Page::processes);
+    QTest::keyClick(&*shown.window, Qt::Key_Slash);
+    EXPECT_TRUE(shown.window->currentPage()->filterField());
+    const auto* sidebar = shown.window->findChild<Sidebar*>();
+    shown.window->activateWindow();
+    shown.window->focusSearch();
+    ASSERT_TRUE(sidebar->isAncestorOf(shown.window->focusWidget()));
+    QTest::keyClick(&*shown.window, Qt::Key_F6);
+    EXPECT_FALSE(sidebar->isAncestorOf(shown.window->focusWidget()));
+    QTest::keyClick(&*shown.window, Qt::Key_F6);
+    QTest::keyClick(&*shown.window, Qt::Key_F6);
+    EXPECT_TRUE(sidebar->isAncestorOf(shown.window->focusWidget())) << "three places in a ring";
+}
+
+TEST(MainWindow, showsEveryPageOfEveryMachineAtBothSizes) {
+    for (const char* recording : {laptop, developer, virtualMachine}) {
+        ShownWindow shown(recording);
+        for (const QSize size : {QSize(1240, 800), QSize(960, 620)}) {
+            shown.window->resize(size);
+            for (const Page page : shortcutPages()) {
+                shown.harness.model->select(page);
+                shown.harness.settle();
+                EXPECT_FALSE(shown.window->grab().isNull()) << rawValue(page);
+                EXPECT_LE(shown.window->currentPage()->minimumSizeHint().width(), shown.window->currentPage()->width())
+                    << rawValue(page) << " at " << size.width();
+            }
+        }
+    }
+}
+
+TEST(MainWindow, bearsAMachineOfWhichNothingCanBeBelieved) {
+    ShownWindow shown;
+    shown.harness.apply(damagedSnapshot());
+    for (const Page page : shortcutPages()) {
+        shown.harness.model->select(page);
+        shown.harness.settle();
+        EXPECT_FALSE(shown.window->grab().isNull());
+        shown.harness.apply(damagedSnapshot());
+        EXPECT_FALSE(shown.window->grab().isNull());
+    }
+}
+
+} // namespace ostrivane
