@@ -22,6 +22,7 @@ HealthRow::HealthRow(QWidget* parent) : QAbstractButton(parent) {
     setCursor(Qt::PointingHandCursor);
     setAttribute(Qt::WA_Hover);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    Style::giveFocusRing(*this, 4);
     symbol = new SymbolMark({}, Tone::text2, this);
     name = new TextLabel(TypeRole::body, Tone::text, this);
     badge = new Badge(this);
@@ -58,8 +59,6 @@ void HealthRow::paintEvent(QPaintEvent*) {
     if (underMouse())
         painter.fillRect(rect(), Theme::current().hover);
     painter.fillRect(0, 0, width(), 1, Theme::current().separator);
-    if (Style::showsFocus(*this))
-        Style::drawFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), Type::px(3));
 }
 
 } // namespace ostrivane

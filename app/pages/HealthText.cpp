@@ -1,10 +1,10 @@
 #include "app/pages/HealthText.hpp"
 
 #include "app/model/AppState.hpp"
+#include "app/pages/DayText.hpp"
 #include "app/pages/Findings.hpp"
 #include "app/widgets/StatusGlyph.hpp"
 #include "app/widgets/Strings.hpp"
-#include "core/model/Formatters.hpp"
 
 #include <boost/uuid/uuid_io.hpp>
 #include <fmt/format.h>
@@ -89,7 +89,7 @@ RecentAlerts presentRecentAlerts(const AppState& state, Date now) {
                                .condition = conditionOf(alert.severity),
                                .title = text(alert.title),
                                .evidence = text(alert.body),
-                               .time = text(Formatters::timeOfDay(alert.date))});
+                               .time = text(DayText::timeOfDay(alert.date))});
     }
     if (count > mostAlerts)
         recent.note = text(fmt::format("{} of {}", mostAlerts, count));

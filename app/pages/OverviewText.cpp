@@ -6,6 +6,7 @@
 #include "app/widgets/Strings.hpp"
 #include "core/attribution/AppGrouper.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/SumText.hpp"
 
 #include <algorithm>
 #include <cmath>
@@ -102,12 +103,12 @@ std::vector<RankRow> presentRanks(const AppState& state, RankFigure figure, cons
 }
 
 std::vector<TotalsRow> presentTotals(const AppState& state) {
-    using Formatters::amount;
+    using SumText::amount;
     return {totals(state, QStringLiteral("Read"), &Totals::diskRead, amount),
             totals(state, QStringLiteral("Written"), &Totals::diskWrite, amount),
             totals(state, QStringLiteral("Received"), &Totals::netIn, amount),
             totals(state, QStringLiteral("Sent"), &Totals::netOut, amount),
-            totals(state, QStringLiteral("Energy"), &Totals::energyWh, Formatters::energySum)};
+            totals(state, QStringLiteral("Energy"), &Totals::energyWh, SumText::energy)};
 }
 
 } // namespace ostrivane

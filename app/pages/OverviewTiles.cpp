@@ -1,6 +1,7 @@
 #include "app/pages/OverviewTiles.hpp"
 
 #include "app/model/AppState.hpp"
+#include "app/pages/Figure.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/model/Formatters.hpp"
 
@@ -254,7 +255,7 @@ Page pageOf(TileKind kind) {
 std::optional<OverviewTile> presentTile(TileKind kind, const AppState& state, TemperatureSource source) {
     auto tile = measuredTile(kind, state, source);
     if (tile && !state.hasFirstSample) // rates need two readings
-        tile = OverviewTile{.text = {.caption = tile->text.caption, .value = QStringLiteral("…")}};
+        tile = OverviewTile{.text = {.caption = tile->text.caption, .value = pendingFigure()}};
     return tile;
 }
 

@@ -3,10 +3,10 @@
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Bar.hpp"
 #include "app/widgets/Numbers.hpp"
+#include "app/widgets/Paint.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
 
@@ -24,7 +24,6 @@ constexpr double barWidth = 44;
 constexpr double barHeight = 4;
 constexpr double figureWidth = 66; // "99.9 GB", "12800%"
 constexpr double leastName = 60;
-constexpr qsizetype longestName = 200; // of which no more is ever seen
 
 } // namespace
 
@@ -83,7 +82,7 @@ void RankList::paintRow(QPainter& painter, const QRect& rect, int row) {
     const int figure = std::max(Type::px(figureWidth), static_cast<int>(Numbers::width(figureFont, app.figure)) + 1);
     painter.setPen(app.isGone ? theme.text3 : theme.text);
     Numbers::draw(painter, placed(rect.width() - figure, 0, figure, height), figureFont,
-                  QStyle::visualAlignment(layoutDirection(), Qt::AlignRight | Qt::AlignVCenter), app.figure);
+                  Qt::AlignTrailing | Qt::AlignVCenter, app.figure);
 
     const int left = icon + Type::px(gap);
     int room = rect.width() - left - figure - Type::px(gap);
@@ -93,20 +92,14 @@ void RankList::paintRow(QPainter& painter, const QRect& rect, int row) {
         Bar::draw(painter, placed(left + room, (height - high) / 2, bar, high), app.share, series);
         room -= Type::px(gap);
     }
-    const QFont nameFont = Type::font(TypeRole::body);
-    painter.setFont(nameFont);
-    painter.drawText(placed(left, 0, room, height),
-                     static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)) |
-                         Qt::TextSingleLine,
-                     QFontMetrics(nameFont).elidedText(text(app.name).left(longestName), Qt::ElideRight, room));
+    Paint::line(painter, placed(left, 0, room, height), Type::font(TypeRole::body), text(app.name));
 }
 
 void RankList::paintRest(QPainter& painter) {
     if (!shown.empty() || emptyText.isEmpty())
         return;
-    painter.setFont(Type::font(TypeRole::table));
     painter.setPen(Theme::current().text2);
-    painter.drawText(QRect(0, 0, width(), Type::px(rowHeight)), Qt::AlignLeading | Qt::AlignVCenter, emptyText);
+    Paint::line(painter, {0, 0, width(), Type::px(rowHeight)}, Type::font(TypeRole::table), emptyText);
 }
 
 QString RankList::rowText(int row) const {

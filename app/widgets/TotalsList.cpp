@@ -1,10 +1,10 @@
 #include "app/widgets/TotalsList.hpp"
 
 #include "app/widgets/Numbers.hpp"
+#include "app/widgets/Paint.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
 
@@ -19,6 +19,7 @@ namespace {
 constexpr double headHeight = 26;
 constexpr double leastRow = 26;
 constexpr double gap = 8;
+constexpr double sideMargin = 14;
 
 } // namespace
 
@@ -54,14 +55,14 @@ TotalsList::Columns TotalsList::columns() const {
     Columns made;
     std::array<int, 3> wanted{};
     for (std::size_t column = 0; column < heads.size(); ++column)
-        wanted[column] = QFontMetrics(Type::font(TypeRole::tableHead)).horizontalAdvance(heads[column]);
+        wanted[column] = Paint::textWidth(Type::font(TypeRole::tableHead), heads[column]);
     for (const TotalsRow& row : shown) {
-        made.name = std::max(made.name, QFontMetrics(font).horizontalAdvance(row.name));
+        made.name = std::max(made.name, Paint::textWidth(font, row.name));
         for (std::size_t column = 0; column < heads.size(); ++column)
             wanted[column] =
                 std::max(wanted[column], static_cast<int>(std::ceil(Numbers::width(font, row.figures[column]))));
     }
-    const int room = width() - 2 * textMargin() - made.name;
+    const int room = width() - 2 * Type::px(sideMargin) - made.name;
     for (const auto& visible : {std::vector<std::size_t>{0, 1, 2}, {0, 2}, {0}}) {
         made.visible = visible;
         made.width = room / static_cast<int>(visible.size());
@@ -74,11 +75,10 @@ TotalsList::Columns TotalsList::columns() const {
 
 void TotalsList::paintCells(QPainter& painter, const QRect& rect, const std::array<QString, 3>& cells) const {
     const Columns layout = columns();
-    int left = textMargin() + layout.name;
+    int left = Type::px(sideMargin) + layout.name;
     for (const std::size_t column : layout.visible) {
         const QRect cell = QStyle::visualRect(layoutDirection(), rect, {left, rect.top(), layout.width, rect.height()});
-        Numbers::draw(painter, cell, painter.font(),
-                      QStyle::visualAlignment(layoutDirection(), Qt::AlignRight | Qt::AlignVCenter), cells[column]);
+        Numbers::draw(painter, cell, painter.font(), Qt::AlignTrailing | Qt::AlignVCenter, cells[column]);
         left += layout.width;
     }
 }
@@ -94,11 +94,8 @@ void TotalsList::paintRow(QPainter& painter, const QRect& rect, int row) {
     const TotalsRow& line = shown[static_cast<std::size_t>(row)];
     painter.setFont(Type::font(TypeRole::table));
     painter.setPen(Theme::current().text);
-    const QRect name(textMargin(), rect.top(), width() - 2 * textMargin(), rect.height());
-    painter.drawText(QStyle::visualRect(layoutDirection(), rect, name),
-                     static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignVCenter)) |
-                         Qt::TextSingleLine,
-                     line.name);
+    const QRect name(Type::px(sideMargin), rect.top(), width() - 2 * Type::px(sideMargin), rect.height());
+    Paint::line(painter, QStyle::visualRect(layoutDirection(), rect, name), painter.font(), line.name);
     paintCells(painter, rect, line.figures);
 }
 

@@ -83,16 +83,6 @@ std::string fileSize(std::uint64_t steps, const FileUnit& unit) {
     return fmt::format("{}.{:0{}} {}", steps / unit.steps, fraction, decimals, unit.name);
 }
 
-/// Absent for a date that no calendar of the system reaches.
-std::optional<std::tm> localTime(Date date) {
-    constexpr double farthest = 1e11; // three thousand years from now
-    if (!(std::abs(date.seconds) < farthest))
-        return std::nullopt;
-    const auto seconds = static_cast<std::time_t>(std::floor(date.seconds));
-    std::tm local{};
-    return localtime_r(&seconds, &local) ? std::optional(local) : std::nullopt;
-}
-
 } // namespace
 
 std::string cpu(double cores) {
@@ -188,15 +178,15 @@ std::string minutes(std::optional<std::int64_t> count) {
 }
 
 std::string day(Date date) {
-    const auto local = localTime(date);
-    return local ? fmt::format("{} {}, {}", months[static_cast<std::size_t>(local->tm_mon)], local->tm_mday,
-                               local->tm_year + 1900)
-                 : std::string(dash);
-}
-
-std::string timeOfDay(Date date) {
-    const auto local = localTime(date);
-    return local ? fmt::format("{:02}:{:02}", local->tm_hour, local->tm_min) : std::string(dash);
+    constexpr double farthest = 1e11; // three thousand years from now
+    if (!(std::abs(date.seconds) < farthest))
+        return std::string(dash);
+    const auto seconds = static_cast<std::time_t>(std::floor(date.seconds));
+    std::tm local{};
+    if (!localtime_r(&seconds, &local))
+        return std::string(dash);
+    return fmt::format("{} {}, {}", months[static_cast<std::size_t>(local.tm_mon)], local.tm_mday,
+                       local.tm_year + 1900);
 }
 
 std::string storage(std::uint64_t bytes) {

@@ -70,9 +70,6 @@ std::string minutes(std::optional<std::int64_t> count);
 /// The day of an instant, where the person is, as "Nov 21, 2026".
 std::string day(Date date);
 
-/// The time of an instant, where the person is, as "14:21".
-std::string timeOfDay(Date date);
-
 /// The size of a file or a volume, as "1.23 GB" of 1000 × 1000 × 1000 bytes. The same wording on every system.
 std::string storage(std::uint64_t bytes);
 
