@@ -1,5 +1,6 @@
 #include "app/widgets/Accessibility.hpp"
 
+#include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QWidget>
 
@@ -29,6 +30,18 @@ public:
         default:
             return given;
         }
+    }
+
+    QStringList actionNames() const override {
+        const QStringList given = QAccessibleWidget::actionNames();
+        return qobject_cast<QAbstractButton*>(widget()) ? QStringList(pressAction()) + given : given;
+    }
+    void doAction(const QString& action) override {
+        auto* button = qobject_cast<QAbstractButton*>(widget());
+        if (button && action == pressAction())
+            button->click();
+        else
+            QAccessibleWidget::doAction(action);
     }
 
 private:

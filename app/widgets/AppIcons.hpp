@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QPixmap>
 #include <QString>
 
@@ -20,6 +21,9 @@ namespace AppIcons {
 QPixmap pixmap(std::string_view key, std::string_view name, const std::optional<std::string>& bundlePath, int pixels,
                qreal deviceRatio);
 QPixmap pixmap(const ApplicationSnapshot& app, int pixels, qreal deviceRatio);
+
+/// The ground of the tile that stands for an application without an icon; white lettering is readable on it.
+QColor tileColour(std::string_view key);
 
 /// Forgets what was drawn, after a change of theme.
 void clear();

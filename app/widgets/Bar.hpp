@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -21,12 +22,14 @@ struct BarPart {
 };
 
 /// Shares of a whole in a row; what no part takes is track.
-class Bar final : public QWidget {
+class Bar final : public QWidget, public AccessibleSentence {
 public:
     explicit Bar(int height = 6, QWidget* parent = nullptr);
     void set(std::vector<BarPart> parts, const QString& name);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
+    QString accessibleSentence() const override;
 
     /// A bar of one part, as it stands in a table's cell.
     static void draw(QPainter& painter, const QRectF& rect, double share, Series series);

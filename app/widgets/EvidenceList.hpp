@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -24,7 +25,7 @@ struct EvidenceRow {
 };
 
 /// Findings one below the other, 47 high each, divided by lines. Up and Down move, Enter activates.
-class EvidenceList final : public QWidget {
+class EvidenceList final : public QWidget, public AccessibleItems {
     Q_OBJECT
 public:
     explicit EvidenceList(const QString& name, QWidget* parent = nullptr);
@@ -33,19 +34,34 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
+    QAccessible::Role accessibleRole() const override { return QAccessible::List; }
+    QAccessible::Role accessibleItemRole() const override { return QAccessible::ListItem; }
+    int accessibleItemCount() const override { return rowCount(); }
+    QString accessibleItemText(int index) const override;
+    QRect accessibleItemRect(int index) const override;
+    int accessibleCurrentItem() const override { return rowCount() > 0 ? current : -1; }
+    void activateItem(int index) override;
+
 Q_SIGNALS:
     void activated(int row);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
+    int rowCount() const { return static_cast<int>(shown.size()); }
+    int rowAt(const QPoint& point) const;
+    void moveTo(int row);
+
     std::vector<EvidenceRow> shown;
     int hovered = -1;
+    int pressed = -1;
     int current = 0;
 };
 

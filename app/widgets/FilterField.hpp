@@ -4,6 +4,8 @@
 
 namespace ostrivane {
 
+class IconButton;
+
 /// A field that narrows a list down, with the sign of a search and a button that clears it. Escape clears it too.
 class FilterField final : public QLineEdit {
     Q_OBJECT
@@ -20,9 +22,13 @@ Q_SIGNALS:
 protected:
     void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void placeParts();
+
     QString shortcut;
+    IconButton* clearButton = nullptr;
 };
 
 } // namespace ostrivane

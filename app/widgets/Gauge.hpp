@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
@@ -8,7 +9,7 @@
 namespace ostrivane {
 
 /// A part of a whole as an arc of 270 degrees, coloured by condition, with its figure and a caption in the middle.
-class Gauge final : public QWidget {
+class Gauge final : public QWidget, public AccessibleSentence {
 public:
     explicit Gauge(QWidget* parent = nullptr);
     /// @param fraction  0 to 1
@@ -16,6 +17,8 @@ public:
     void set(double fraction, const QString& value, const QString& caption, Condition condition, const QString& name);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
+    QAccessible::Role accessibleRole() const override { return QAccessible::Chart; }
+    QString accessibleSentence() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Theme.hpp"
 #include "core/model/TimedValue.hpp"
 
@@ -11,6 +12,8 @@
 #include <vector>
 
 namespace ostrivane {
+
+class Badge;
 
 /// What a tile of the overview says.
 struct TileText {
@@ -40,7 +43,7 @@ struct TileLine {
 };
 
 /// A figure with its recent past along the lower edge; a button to its page. 116 high.
-class MetricTile final : public QAbstractButton {
+class MetricTile final : public QAbstractButton, public AccessibleSentence {
 public:
     explicit MetricTile(std::string icon, QWidget* parent = nullptr);
     void set(TileText text);
@@ -50,12 +53,21 @@ public:
     void setNarrow(bool narrow); ///< the badge shows its glyph alone
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+    QAccessible::Role accessibleRole() const override { return QAccessible::Button; }
+    QString accessibleLabel() const override { return shown.caption; }
+    QString accessibleSentence() const override;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    QRect linesRect() const;
+    void placeParts();
+    void drawLines(QPainter& painter, qreal corner) const;
+
     std::string icon;
+    Badge* badge = nullptr;
     TileText shown;
     std::vector<TileLine> lines;
     std::optional<double> top;

@@ -22,7 +22,11 @@ Q_SIGNALS:
     void valueChosen(double value);
 
 private:
+    void present(double value);
+
     QDoubleSpinBox* box = nullptr;
+    double least;
+    double most;
     double told = 0;
 };
 

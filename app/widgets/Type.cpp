@@ -39,6 +39,8 @@ Face face(TypeRole role) {
         return {13, 18, 600};
     case TypeRole::cardTitle:
         return {13, 20, 600};
+    case TypeRole::dialogTitle:
+        return {14, 20, 600};
     case TypeRole::table:
         return {12.5, 18, 400};
     case TypeRole::tableStrong:

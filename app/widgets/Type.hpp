@@ -15,6 +15,7 @@ enum class TypeRole {
     body,          ///< 13/18
     bodyStrong,    ///< 13/18, 600
     cardTitle,     ///< 13/20
+    dialogTitle,   ///< 14/20
     table,         ///< 12.5/18
     tableStrong,   ///< 12.5/18, 500
     tableHead,     ///< 11.5/16
