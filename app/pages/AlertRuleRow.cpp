@@ -49,17 +49,12 @@ public:
         setFixedSize(Type::px(24), Type::px(24));
         setAccessibleName(name);
         setToolTip(name);
+        setFocusPolicy(Qt::StrongFocus);
+        Style::giveFocusRing(*this, 6);
     }
 
 protected:
-    void paintEvent(QPaintEvent*) override {
-        paintIcon(*this, isChecked() ? "up" : "down", Tone::text2);
-        if (!Style::showsFocus(*this))
-            return;
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        Style::drawFocusRing(painter, QRectF(rect()).adjusted(3, 3, -3, -3), Type::px(4));
-    }
+    void paintEvent(QPaintEvent*) override { paintIcon(*this, isChecked() ? "up" : "down", Tone::text2); }
 };
 
 } // namespace

@@ -195,17 +195,17 @@ void CPUPage::refreshTables() {
 }
 
 void CPUPage::narrowChanged() {
-    const bool narrow = isNarrow();
-    top->setDirection(narrow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    loads->setDirection(narrow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-    loads->setSpacing(Type::px(narrow ? 24 : 6));
+    const bool isTight = isNarrow();
+    top->setDirection(isTight ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    loads->setDirection(isTight ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+    loads->setSpacing(Type::px(isTight ? 24 : 6));
     for (QWidget* line : loadLines)
-        line->setVisible(!narrow);
-    loadCard->setMinimumWidth(narrow ? 0 : Type::px(sideWidth));
-    loadCard->setMaximumWidth(narrow ? QWIDGETSIZE_MAX : Type::px(sideWidth));
-    cores->setPerRow(coresPerRow(state().snapshot->cpu.cores.size(), narrow));
-    processes.view->setNarrow(narrow);
-    applications.view->setNarrow(narrow);
+        line->setVisible(!isTight);
+    loadCard->setMinimumWidth(isTight ? 0 : Type::px(sideWidth));
+    loadCard->setMaximumWidth(isTight ? QWIDGETSIZE_MAX : Type::px(sideWidth));
+    cores->setPerRow(coresPerRow(state().snapshot->cpu.cores.size(), isTight));
+    processes.view->setNarrow(isTight);
+    applications.view->setNarrow(isTight);
 }
 
 } // namespace ostrivane

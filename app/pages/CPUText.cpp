@@ -110,19 +110,17 @@ CPUText presentCPU(const AppState& state, const PlatformWords& words) {
     shown.parts = {{Series::s1, QStringLiteral("User"), percent(cpu.user)},
                    {Series::s2, QStringLiteral("System"), percent(cpu.system)},
                    {Series::track, QStringLiteral("Idle"), percent(cpu.idle)}};
-    shown.averages = {
-        figureLine(QStringLiteral("Average now"), percent(cpu.usage)),
-        figureLine(QStringLiteral("5 min average"), percent(state.live.average(LiveKey::cpu, fiveMinutes))),
-        figureLine(QStringLiteral("Today"), percent(state.cpuAverageToday)),
-        figureLine(QStringLiteral("Peak, 5 min"), percent(highest(state.live[LiveKey::cpu])))};
-    shown.loads = {figureLine(QStringLiteral("Load, 1 min"), load(0)),
-                   figureLine(QStringLiteral("Load, 5 min"), load(1)),
-                   figureLine(QStringLiteral("Load, 15 min"), load(2))};
-    shown.machine = {figureLine(QStringLiteral("Temperature"),
-                                figure(state, Formatters::temperature(snapshot.thermal.cpuTemperature))),
-                     figureLine(QStringLiteral("Processes"),
-                                state.hasFirstSample ? countText(snapshot.processCount) : pendingFigure()),
-                     figureLine(QStringLiteral("Up for"), figure(state, Formatters::duration(cpu.uptime)))};
+    shown.averages = {{QStringLiteral("Average now"), percent(cpu.usage)},
+                      {QStringLiteral("5 min average"), percent(state.live.average(LiveKey::cpu, fiveMinutes))},
+                      {QStringLiteral("Today"), percent(state.cpuAverageToday)},
+                      {QStringLiteral("Peak, 5 min"), percent(highest(state.live[LiveKey::cpu]))}};
+    shown.loads = {{QStringLiteral("Load, 1 min"), load(0)},
+                   {QStringLiteral("Load, 5 min"), load(1)},
+                   {QStringLiteral("Load, 15 min"), load(2)}};
+    shown.machine = {
+        {QStringLiteral("Temperature"), figure(state, Formatters::temperature(snapshot.thermal.cpuTemperature))},
+        {QStringLiteral("Processes"), state.hasFirstSample ? countText(snapshot.processCount) : pendingFigure()},
+        {QStringLiteral("Up for"), figure(state, Formatters::duration(cpu.uptime))}};
     if (state.hasFirstSample && !snapshot.thermal.cpuTemperature)
         shown.note = QStringLiteral("CPU temperature is unavailable on this %1.").arg(text(words.computer));
     shown.groups = coreGroups(state);

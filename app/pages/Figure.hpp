@@ -1,9 +1,7 @@
 #pragma once
 
 #include "app/model/AppState.hpp"
-#include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Strings.hpp"
-#include "core/model/Formatters.hpp"
 
 #include <QString>
 
@@ -18,12 +16,6 @@ inline QString pendingFigure() {
 
 inline QString figure(const AppState& state, std::string_view formatted) {
     return state.hasFirstSample ? text(formatted) : pendingFigure();
-}
-
-/// A line with a figure; lighter where it only says that there is none.
-inline KeyValue figureLine(const QString& key, const QString& value) {
-    const bool isAbsent = value == text(Formatters::dash) || value == text(Formatters::unavailable);
-    return {key, value, isAbsent ? Tone::text2 : Tone::text};
 }
 
 } // namespace ostrivane

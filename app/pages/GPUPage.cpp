@@ -40,12 +40,12 @@ GPUPage::GPUPage(PageContext& given, QWidget* parent) : ResourcePage(Page::gpu, 
     missing->set(QStringLiteral("GPU figures are unavailable on this machine."));
     missing->hide();
     content = new QWidget(this);
-    auto* cards = new QVBoxLayout(content);
-    cards->setContentsMargins(0, 0, 0, 0);
-    cards->setSpacing(Type::px(12));
+    auto* column = new QVBoxLayout(content);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(Type::px(12));
     top = new QBoxLayout(QBoxLayout::LeftToRight);
     top->setSpacing(Type::px(12));
-    cards->addLayout(top, 1);
+    column->addLayout(top, 1);
     addLoad();
     addToday();
     addApplications();

@@ -2,6 +2,7 @@
 
 #include "app/model/AppState.hpp"
 #include "app/pages/Figure.hpp"
+#include "core/model/Formatters.hpp"
 
 #include <algorithm>
 
@@ -35,16 +36,15 @@ GPUText presentGPU(const AppState& state) {
         shown.engines.push_back({std::nullopt, QStringLiteral("Tiler"), percent(gpu.tilerUtilization)});
 
     const auto& today = state.gpuStatsToday;
-    shown.today = {figureLine(QStringLiteral("Average"), percent(today ? std::optional(today->avg) : std::nullopt)),
-                   figureLine(QStringLiteral("Peak"), percent(today ? std::optional(today->peak) : std::nullopt))};
+    shown.today = {{QStringLiteral("Average"), percent(today ? std::optional(today->avg) : std::nullopt)},
+                   {QStringLiteral("Peak"), percent(today ? std::optional(today->peak) : std::nullopt)}};
     if (gpu.memoryInUse)
-        shown.memory.push_back(
-            figureLine(QStringLiteral("Memory in use"), figure(state, Formatters::bytes(*gpu.memoryInUse))));
+        shown.memory.push_back({QStringLiteral("Memory in use"), figure(state, Formatters::bytes(*gpu.memoryInUse))});
     if (gpu.memoryAllocated)
         shown.memory.push_back(
-            figureLine(QStringLiteral("Memory allocated"), figure(state, Formatters::bytes(*gpu.memoryAllocated))));
+            {QStringLiteral("Memory allocated"), figure(state, Formatters::bytes(*gpu.memoryAllocated))});
     const auto celsius = state.snapshot->thermal.gpuTemperature;
-    shown.temperature = {figureLine(QStringLiteral("Temperature"), figure(state, Formatters::temperature(celsius)))};
+    shown.temperature = {{QStringLiteral("Temperature"), figure(state, Formatters::temperature(celsius))}};
     shown.hasTemperature = celsius || !state.live[LiveKey::gpuTemp].empty();
 
     shown.hasApplications = !state.hasFirstSample || tellsOfApplications(*state.snapshot);

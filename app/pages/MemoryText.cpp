@@ -4,6 +4,7 @@
 #include "app/pages/CountText.hpp"
 #include "app/pages/Figure.hpp"
 #include "app/pages/RangePicker.hpp"
+#include "core/model/Formatters.hpp"
 #include "core/model/PlatformWords.hpp"
 
 #include <algorithm>
@@ -78,7 +79,7 @@ std::vector<Stat> statsOf(const AppState& state) {
         swap = {QStringLiteral("Swap used"), text(Formatters::bytes(memory.swapUsed)), ofTotal(memory.swapTotal)};
     return {{QStringLiteral("Used"), figure(state, Formatters::bytes(memory.used)),
              known ? ofTotal(memory.total) : QString()},
-            swap,
+            std::move(swap),
             {QStringLiteral("Swapped in"), known ? pagesText(memory.swapInRate) : pendingFigure(), perSecond},
             {QStringLiteral("Swapped out"), known ? pagesText(memory.swapOutRate) : pendingFigure(), perSecond}};
 }
@@ -111,7 +112,7 @@ MemoryText presentMemory(const AppState& state, const MemoryFacts& facts, const 
     const double whole = wholeOf(memory);
     for (const Part& part : memoryParts()) {
         const QString value = figure(state, Formatters::bytes(memory.*part.bytes));
-        shown.parts.push_back({part.series, part.name, value});
+        shown.parts.push_back({.caption = part.name, .value = value, .series = part.series});
         if (known && whole > 0 && part.series != Series::track)
             shown.bar.push_back(
                 {part.series, number(memory.*part.bytes) / whole, part.name + QStringLiteral(" ") + value});

@@ -28,12 +28,12 @@ struct MemoryFacts {
 /// What the page of memory says. Before the first sample figures read "…".
 struct MemoryText {
     QString subtitle;
-    std::vector<BarPart> bar;       ///< what is free is no part
-    std::vector<LegendEntry> parts; ///< app, wired, compressed, cached, free
-    std::vector<Stat> stats;        ///< used, swap used, swapped in, swapped out
-    QString swapNote;               ///< where swap is no disk; empty else
-    double pressure = 0;            ///< fraction
-    QString pressureValue;          ///< "62%"
+    std::vector<BarPart> bar; ///< what is free is no part
+    std::vector<Stat> parts;  ///< app, wired, compressed, cached, free
+    std::vector<Stat> stats;  ///< used, swap used, swapped in, swapped out
+    QString swapNote;         ///< where swap is no disk; empty else
+    double pressure = 0;      ///< fraction
+    QString pressureValue;    ///< "62%"
     Condition condition = Condition::unknown;
     QString conditionWord;
     std::vector<KeyValue> pressureFacts;

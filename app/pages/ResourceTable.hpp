@@ -55,7 +55,7 @@ struct ResourceTable {
         table.rows = new RowsModel<Row, ID>(std::move(columns), std::move(identity), table.view);
         table.view->setRows(table.rows);
         table.view->setVisibleRows(rowsInCard);
-        table.view->sortByColumn(static_cast<int>(sorted), Qt::DescendingOrder);
+        table.rows->sort(static_cast<int>(sorted), Qt::DescendingOrder);
         QObject::connect(table.view, &TableView::rowActivated, table.view,
                          [rows = table.rows, activated = std::move(activated)](int row) {
                              if (const std::optional<ID> opened = rows->id(row))

@@ -85,32 +85,28 @@ std::vector<GridHeight> axisHeights(const ChartAxis& axis, double top, GridDetai
     return heights;
 }
 
-MirrorEnds mirrorEnds(double upNeeds, double downNeeds) {
-    return {std::max(upNeeds, downNeeds / 3), std::max(downNeeds, upNeeds / 3)};
+MirrorEnds mirrorEnds(const ChartAxis& axis, double upNeeds, double downNeeds) {
+    const auto atLeastQuarter = [&](double own, double other) {
+        return own >= other / 3 ? own : AxisScale::nice(other / 3, axis.binary);
+    };
+    return {atLeastQuarter(upNeeds, downNeeds), atLeastQuarter(downNeeds, upNeeds)};
 }
 
-std::vector<GridHeight> mirrorHeights(const ChartAxis& axis, const MirrorEnds& ends, bool dense) {
+std::vector<GridHeight> mirrorHeights(const ChartAxis& axis, const MirrorEnds& ends, GridDetail detail) {
     const double whole = ends.up + ends.down;
     std::vector<GridHeight> heights;
     const auto add = [&](double value) {
-        heights.push_back({(value + ends.down) / whole, labelOf(axis, std::abs(value)), value == 0});
+        const QString label = detail == GridDetail::none ? QString() : labelOf(axis, std::abs(value));
+        heights.push_back({(value + ends.down) / whole, label, value == 0});
     };
-    // A half that was widened ends at no round figure: its line is at the greatest round one within.
-    const auto outer = [&](double end) {
-        if (AxisScale::nice(end, axis.binary) <= end * (1 + 1e-6))
-            return end;
-        const double round = AxisScale::nice(end / 2.6, axis.binary); // no step is longer than 2.6 times the one before
-        return round <= end ? round : end;
-    };
-    const double down = outer(ends.down);
-    const double up = outer(ends.up);
-    add(-down);
-    if (dense && ends.down / whole > 0.4)
-        add(-down / 2);
+    const auto isTall = [&](double end) { return detail == GridDetail::all && end > 0.4 * whole; };
+    add(-ends.down);
+    if (isTall(ends.down))
+        add(-ends.down / 2);
     add(0);
-    if (dense && ends.up / whole > 0.4)
-        add(up / 2);
-    add(up);
+    if (isTall(ends.up))
+        add(ends.up / 2);
+    add(ends.up);
     return heights;
 }
 

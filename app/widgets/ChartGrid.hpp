@@ -39,16 +39,16 @@ enum class GridDetail { none, middle, ends, all };
 /// From the axis' lower end to `top`.
 std::vector<GridHeight> axisHeights(const ChartAxis& axis, double top, GridDetail detail);
 
-/// Where two directions meet and end, both as positive values of one scale. Each gets what it needs, at least a quarter
-/// of the whole.
+/// Where two directions end, both as positive values of one scale.
 struct MirrorEnds {
     double up = 1;
     double down = 1;
 
     friend bool operator==(const MirrorEnds&, const MirrorEnds&) = default;
 };
-MirrorEnds mirrorEnds(double upNeeds, double downNeeds);
-std::vector<GridHeight> mirrorHeights(const ChartAxis& axis, const MirrorEnds& ends, bool dense);
+/// Each direction gets what it needs, at least a quarter of the whole, and then ends at a round figure too.
+MirrorEnds mirrorEnds(const ChartAxis& axis, double upNeeds, double downNeeds);
+std::vector<GridHeight> mirrorHeights(const ChartAxis& axis, const MirrorEnds& ends, GridDetail detail);
 
 /// "5 min", "4", ... "now".
 /// @param window  seconds

@@ -16,14 +16,17 @@ namespace ostrivane {
 
 namespace {
 
-constexpr int values = 60;
+constexpr int shownLoads = 60;
+constexpr int sidePadding = 8;
 
 int gap() {
     return Type::px(8);
 }
 
-int cellHeight() {
-    return Type::px(48);
+QFont figureFont() {
+    QFont font = Type::font(TypeRole::secondary);
+    font.setWeight(QFont::DemiBold);
+    return font;
 }
 
 } // namespace
@@ -63,17 +66,35 @@ QString CoreGrid::accessibleSentence() const {
     return told.isEmpty() ? QString() : told.join(QStringLiteral(", ")) + QLatin1Char('.');
 }
 
-int CoreGrid::heightForWidth(int) const {
+int CoreGrid::cellWidth(int width) const {
+    return std::max(0, width - (perRow - 1) * gap()) / perRow;
+}
+
+bool CoreGrid::isTwoLined(int width) const {
+    const QFontMetrics metrics(Type::font(TypeRole::caption));
+    int widest = 0;
+    for (const CoreCell& cell : cells)
+        widest = std::max(widest, metrics.horizontalAdvance(cell.label));
+    const int figure = QFontMetrics(figureFont()).horizontalAdvance(QStringLiteral("100%"));
+    return widest + figure + Type::px(3) > cellWidth(width) - 2 * Type::px(sidePadding);
+}
+
+int CoreGrid::cellHeight(int width) const {
+    return Type::px(isTwoLined(width) ? 62 : 48);
+}
+
+int CoreGrid::heightForWidth(int width) const {
     const int rows = (static_cast<int>(cells.size()) + perRow - 1) / perRow;
-    return rows == 0 ? 0 : rows * cellHeight() + (rows - 1) * gap();
+    return rows == 0 ? 0 : rows * cellHeight(width) + (rows - 1) * gap();
 }
 
 QSize CoreGrid::sizeHint() const {
-    return {perRow * Type::px(72) + (perRow - 1) * gap(), heightForWidth(0)};
+    const int width = perRow * Type::px(72) + (perRow - 1) * gap();
+    return {width, heightForWidth(width)};
 }
 
 QSize CoreGrid::minimumSizeHint() const {
-    return {perRow * Type::px(32) + (perRow - 1) * gap(), heightForWidth(0)};
+    return {perRow * Type::px(44) + (perRow - 1) * gap(), heightForWidth(width())};
 }
 
 QRect CoreGrid::cellRect(std::size_t index) const {
@@ -83,57 +104,62 @@ QRect CoreGrid::cellRect(std::size_t index) const {
     const int room = width() - (perRow - 1) * gap();
     const int left = room * column / perRow;
     const int right = room * (column + 1) / perRow;
-    const QRect rect(left + column * gap(), row * (cellHeight() + gap()), right - left, cellHeight());
+    const int high = cellHeight(width());
+    const QRect rect(left + column * gap(), row * (high + gap()), right - left, high);
     return QStyle::visualRect(layoutDirection(), QWidget::rect(), rect);
 }
 
+void CoreGrid::resizeEvent(QResizeEvent*) {
+    updateGeometry(); // narrow cells are taller
+}
+
 void CoreGrid::paintEvent(QPaintEvent* event) {
-    const Theme& theme = Theme::current();
-    const QFont caption = Type::font(TypeRole::caption);
-    QFont strong = Type::font(TypeRole::secondary);
-    strong.setWeight(QFont::DemiBold);
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
+    const bool twoLined = isTwoLined(width());
     for (std::size_t index = 0; index < cells.size(); ++index) {
-        const QRectF cell = cellRect(index);
-        if (!event->region().intersects(cell.toRect()))
-            continue;
-        const CoreCell& core = cells[index];
-        const QRectF edge = cell.adjusted(0.5, 0.5, -0.5, -0.5);
-        const qreal corner = Type::px(5);
-
-        std::vector<TimedValue> points;
-        points.reserve(core.loads.size());
-        for (std::size_t at = 0; at < core.loads.size(); ++at)
-            points.push_back({static_cast<double>(at) - static_cast<double>(core.loads.size() - 1), core.loads[at]});
-        QPainterPath inside;
-        inside.addRoundedRect(edge, corner, corner);
-        painter.save();
-        painter.setClipPath(inside);
-        const QRectF plot = cell.adjusted(1, Type::px(22), -1, -1);
-        drawSparkline(painter, plot, points, {.series = core.series, .top = 1, .now = 0, .window = values - 1});
-        painter.restore();
-
-        painter.setPen(theme.border);
-        painter.setBrush(Qt::NoBrush);
-        painter.drawRoundedRect(edge, corner, corner);
-
-        const QRectF head = cell.adjusted(Type::px(8), Type::px(4), -Type::px(8), 0);
-        const QRectF line(head.left(), head.top(), head.width(), Type::lineHeight(TypeRole::secondary));
-        const qreal value = QFontMetricsF(strong).horizontalAdvance(core.value);
-        painter.setFont(strong);
-        painter.setPen(theme.text);
-        painter.drawText(
-            line, QStyle::visualAlignment(layoutDirection(), Qt::AlignRight) | Qt::AlignVCenter | Qt::TextDontClip,
-            core.value);
-        // The name gives way to the figure.
-        if (QFontMetricsF(caption).horizontalAdvance(core.label) + value + 2 <= line.width()) {
-            painter.setFont(caption);
-            painter.setPen(theme.text2);
-            painter.drawText(line, QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft) | Qt::AlignVCenter,
-                             core.label);
-        }
+        const QRect rect = cellRect(index);
+        if (event->region().intersects(rect))
+            drawCell(painter, rect, cells[index], twoLined);
     }
+}
+
+void CoreGrid::drawCell(QPainter& painter, const QRectF& cell, const CoreCell& core, bool twoLined) const {
+    const Theme& theme = Theme::current();
+    const QRectF edge = cell.adjusted(0.5, 0.5, -0.5, -0.5);
+    const qreal corner = Type::px(5);
+    const qreal line = Type::lineHeight(TypeRole::secondary);
+    const qreal second = twoLined ? Type::px(14) : 0;
+
+    std::vector<TimedValue> points;
+    points.reserve(core.loads.size());
+    for (std::size_t at = 0; at < core.loads.size(); ++at)
+        points.push_back({static_cast<double>(at) - static_cast<double>(core.loads.size() - 1), core.loads[at]});
+    QPainterPath inside;
+    inside.addRoundedRect(edge, corner, corner);
+    painter.save();
+    painter.setClipPath(inside);
+    drawSparkline(painter, cell.adjusted(1, Type::px(22) + second, -1, -1), points,
+                  {.series = core.series, .top = 1, .now = 0, .window = shownLoads - 1});
+    painter.restore();
+
+    painter.setPen(theme.border);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(edge, corner, corner);
+
+    const qreal side = Type::px(twoLined ? 5 : sidePadding);
+    const QRectF label(cell.left() + side, cell.top() + Type::px(4), cell.width() - 2 * side, line);
+    const QRectF figure = label.translated(0, second);
+    const auto place = [&](Qt::Alignment alignment) {
+        return static_cast<int>(QStyle::visualAlignment(layoutDirection(), alignment) | Qt::AlignVCenter) |
+               Qt::TextDontClip;
+    };
+    painter.setFont(Type::font(TypeRole::caption));
+    painter.setPen(theme.text2);
+    painter.drawText(label, place(Qt::AlignLeft), core.label);
+    painter.setFont(figureFont());
+    painter.setPen(theme.text);
+    painter.drawText(figure, place(twoLined ? Qt::AlignLeft : Qt::AlignRight), core.value);
 }
 
 } // namespace ostrivane

@@ -20,7 +20,8 @@ struct CoreCell {
     friend bool operator==(const CoreCell&, const CoreCell&) = default;
 };
 
-/// Cores in rows of `perRow`, painted by one widget. Only cells that changed are painted anew.
+/// Cores in rows of `perRow`, painted by one widget. Only cells that changed are painted anew. Where cells are narrow
+/// the names stand above the figures.
 class CoreGrid final : public QWidget, public AccessibleSentence {
 public:
     explicit CoreGrid(QWidget* parent = nullptr);
@@ -35,9 +36,16 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    int cellWidth(int width) const;
+    /// Whether names stand above the figures, since cells of a grid that wide have no room for both in a line.
+    bool isTwoLined(int width) const;
+    int cellHeight(int width) const;
     QRect cellRect(std::size_t index) const;
+
+    void drawCell(QPainter& painter, const QRectF& cell, const CoreCell& core, bool twoLined) const;
 
     std::vector<CoreCell> cells;
     int perRow = 12;

@@ -37,7 +37,7 @@ std::vector<TimedValue> figuresOf(const std::vector<HistoryPoint>& points, bool 
 
 HistoryChart::HistoryChart(const QString& name, QWidget* parent) : Chart(name, parent) {
     // Charts on one axis of time stand one below the other: the labels of all take the same room.
-    setReservedLabel(QStringLiteral("500 MB/s"));
+    setReservedLabel(QStringLiteral("50.0 Mbps"));
     refresh();
 }
 

@@ -51,7 +51,7 @@ void MirrorChart::setLines(ChartLine givenUp, ChartLine givenDown, double time) 
 }
 
 void MirrorChart::refresh() {
-    ends = mirrorEnds(upScale.top(axis, largest(up, now), now), downScale.top(axis, largest(down, now), now));
+    ends = mirrorEnds(axis, upScale.top(axis, largest(up, now), now), downScale.top(axis, largest(down, now), now));
     setView({.since = now - shownSpan, .until = now, .lower = -ends.down, .upper = ends.up});
 }
 
@@ -64,7 +64,7 @@ QString MirrorChart::summary() const {
 
 ChartGrid MirrorChart::makeGrid(GridDetail detail) const {
     const int fitting = std::clamp(width() / std::max(1, Type::px(60)), 2, 7);
-    return {mirrorHeights(axis, ends, detail == GridDetail::all), spanTimes(shownSpan, {}, fitting)};
+    return {mirrorHeights(axis, ends, detail), spanTimes(shownSpan, {}, fitting)};
 }
 
 void MirrorChart::drawLines(QPainter& painter, const ChartSpace& space) const {
@@ -72,7 +72,7 @@ void MirrorChart::drawLines(QPainter& painter, const ChartSpace& space) const {
     const auto draw = [&](Series series, const std::vector<TimedValue>& points) {
         for (const auto& run : ChartShape::liveRuns(points)) {
             ChartPaint::drawRun(painter, space, ChartShape::thinned(run, space.since, space.until, column),
-                                {.series = series, .areaOpacity = 0.18});
+                                {.series = series, .areaOpacity = ChartPaint::areaOpacity});
         }
     };
     draw(up.series, up.points);

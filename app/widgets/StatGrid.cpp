@@ -20,6 +20,8 @@ namespace {
 constexpr double columnGap = 16;
 constexpr double rowGap = 10;
 constexpr double remarkGap = 4;
+constexpr double square = 9;
+constexpr double squareGap = 8;
 
 int rowHeight() {
     return Type::lineHeight(TypeRole::tableHead) + Type::lineHeight(TypeRole::statValue);
@@ -34,9 +36,13 @@ int remarkWidth(const Stat& stat) {
                                  : Type::px(remarkGap) + Paint::textWidth(Type::font(TypeRole::secondary), stat.remark);
 }
 
+int captionStart(const Stat& stat) {
+    return stat.series ? Type::px(square + squareGap) : 0;
+}
+
 int naturalWidth(const Stat& stat) {
     return std::max(valueWidth(stat) + remarkWidth(stat),
-                    Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption));
+                    captionStart(stat) + Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption));
 }
 
 /// The colour of a text that may stand for a figure there is none of.
@@ -134,8 +140,15 @@ void StatGrid::paintEvent(QPaintEvent* event) {
         if (!event->rect().intersects(place))
             continue;
         const int captionHeight = Type::lineHeight(TypeRole::tableHead);
+        const QRect above(place.left(), place.top(), place.width(), captionHeight);
+        if (stat.series) {
+            const int side = Type::px(square);
+            const QRect mark(above.left(), above.top() + (captionHeight - side) / 2, side, side);
+            Paint::sheet(painter, QStyle::visualRect(layoutDirection(), above, mark), Type::px(2),
+                         theme.colour(*stat.series));
+        }
         painter.setPen(theme.text2);
-        Paint::line(painter, QRect(place.left(), place.top(), place.width(), captionHeight),
+        Paint::line(painter, QStyle::visualRect(layoutDirection(), above, above.adjusted(captionStart(stat), 0, 0, 0)),
                     Type::font(TypeRole::tableHead), stat.caption);
         const QRect below = place.adjusted(0, captionHeight, 0, 0);
         painter.setPen(inkOf(stat.value, stat.tone));

@@ -6,16 +6,19 @@
 #include <QString>
 #include <QWidget>
 
+#include <optional>
 #include <vector>
 
 namespace ostrivane {
 
-/// A figure with its name and, behind it, a lighter remark: "Memory", "23.4 GB", "of 32.0 GB".
+/// A figure with its name and, behind it, a lighter remark: "Memory", "23.4 GB", "of 32.0 GB". Of a part of a bar with
+/// its colour ahead of the name.
 struct Stat {
     QString caption;
     QString value;
     QString remark{};
     Tone tone = Tone::text;
+    std::optional<Series> series{};
 
     friend bool operator==(const Stat&, const Stat&) = default;
 };
