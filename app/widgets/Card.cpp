@@ -47,6 +47,8 @@ Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
 }
 
 void Card::setTitle(const QString& title) {
+    if (title == titleLabel->text())
+        return;
     titleLabel->setText(title);
     layOut();
 }
