@@ -43,8 +43,7 @@ HiddenFigures hiddenFigures(const ApplicationSnapshot& app, std::span<const Proc
 struct ApplicationRow {
     const ApplicationSnapshot* app = nullptr;
     HiddenFigures hidden{};
-    double cpuShare = 0;    ///< of the most that a row has, 0 to 1
-    double memoryShare = 0; ///< of the most that a row has, 0 to 1
+    double largest = 0; ///< bytes of the application that holds most
 };
 
 /// The applications as the toolbar narrows them down.

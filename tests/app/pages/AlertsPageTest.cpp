@@ -106,7 +106,7 @@ TEST_F(AlertsPageTest, writesEveryChangeOfARule) {
     EXPECT_FALSE(rule(AlertKind::sustainedCPU).enabled);
     button(*page, "Numbers of “Sustained high CPU”")->click();
     const auto step = [&](const char* name, Qt::Key key) {
-        auto* box = named<QWidget>(*page, name)->findChild<QDoubleSpinBox*>();
+        auto* box = named<QDoubleSpinBox>(*page, name);
         ASSERT_NE(box, nullptr) << name;
         QTest::keyClick(box, key);
     };
@@ -132,7 +132,7 @@ TEST_F(AlertsPageTest, cannotMakeARuleThatNeverFires) {
     rules[static_cast<std::size_t>(AlertKind::sustainedCPU)].window = 120;
     harness.model->settings().set(&Preferences::alertRules, rules);
     button(*page, "Numbers of “Sustained high CPU”")->click();
-    auto* box = named<QWidget>(*page, "Sustained high CPU, Lasting, in minutes")->findChild<QDoubleSpinBox*>();
+    auto* box = named<QDoubleSpinBox>(*page, "Sustained high CPU, Lasting, in minutes");
     QTest::keyClick(box, Qt::Key_Down);
     EXPECT_EQ(rule(AlertKind::sustainedCPU).window, 120);
 }
@@ -148,7 +148,7 @@ TEST_F(AlertsPageTest, showsWhatAnotherProgramChose) {
     harness.model->settings().set(&Preferences::notificationsEnabled, false);
     EXPECT_FALSE(button(*page, "Heavy disk writes")->isChecked());
     EXPECT_FALSE(button(*page, "Notifications")->isChecked());
-    auto* box = named<QWidget>(*page, "Heavy disk writes, Lasting, in seconds")->findChild<QDoubleSpinBox*>();
+    auto* box = named<QDoubleSpinBox>(*page, "Heavy disk writes, Lasting, in seconds");
     EXPECT_EQ(box->value(), 301);
     button(*page, "Notifications")->click();
     EXPECT_TRUE(chosen().notificationsEnabled);
