@@ -96,10 +96,10 @@ void Card::layOut() {
     headRow->setVisible(hasHead);
     const int side = Type::px(14);
     const int row = Type::px(20);
+    head->setContentsMargins(isFlush ? side : 0, 0, isFlush ? side : 0, 0);
     const int extra = std::max(0, head->sizeHint().height() - row);
     const int least = Type::px(3);
     headRow->setMinimumHeight(row);
-    head->setContentsMargins(isFlush ? side : 0, 0, isFlush ? side : 0, 0);
     const int above = Type::px(isFlush ? 10 : 12);
     const int below = Type::px(isFlush ? 10 : 8);
     // The round corners at the foot stay free of what reaches from edge to edge.
