@@ -137,6 +137,8 @@ void RowsModelBase::sort(int column, Qt::SortOrder wanted) {
     sortedBy = column >= 0 && column < columnCount() && this->column(column).isSortable ? column : -1;
     direction = wanted;
     settle();
+    if (columnCount() > 0)
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
 void RowsModelBase::begin() {
