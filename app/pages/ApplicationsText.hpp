@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pages/CountText.hpp"
 #include "app/widgets/TableColumn.hpp"
 #include "core/model/PlatformWords.hpp"
 #include "core/model/RawValue.hpp"

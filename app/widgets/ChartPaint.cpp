@@ -118,7 +118,7 @@ void drawRun(QPainter& painter, const ChartSpace& space, std::span<const TimedVa
         painter.setBrush(withOpacity(colour, look.areaOpacity));
         painter.drawPolygon(area);
     }
-    QPen pen(colour, look.width, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
+    QPen pen(colour, look.width, Qt::SolidLine, Qt::FlatCap, Qt::BevelJoin);
     if (look.isDashed)
         pen.setDashPattern({4 / look.width, 3 / look.width});
     painter.setPen(pen);

@@ -35,7 +35,7 @@ struct Told {
 /// figures the sentence says that there are none.
 QString sentence(const QString& name, const QString& span, std::span<const Told> lines);
 
-/// "last 5 minutes", "last 45 seconds", "last 12 hours", "last 30 days".
+/// "last 5 minutes", "last hour", "last 30 days".
 QString span(double seconds);
 
 /// A value as a line tells it; empty where the line has no words.

@@ -29,7 +29,7 @@ protected:
     }
     const Preferences& chosen() { return *harness.model->settings(); }
     void step(const char* name, Qt::Key key) {
-        auto* box = named<QWidget>(*page, name)->findChild<QDoubleSpinBox*>();
+        auto* box = named<QDoubleSpinBox>(*page, name);
         ASSERT_NE(box, nullptr);
         QTest::keyClick(box, key);
     }
