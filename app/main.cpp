@@ -101,7 +101,8 @@ int main(int argc, char** argv) {
         say(stderr, *arguments.problem + " ostrivane --help tells what is.\n");
         return misused;
     }
-    Type::setBase(QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).pixelSize());
+    if (arguments.screenshots.empty()) // pictures are of one size wherever they are taken
+        Type::setBase(QFontInfo(QFontDatabase::systemFont(QFontDatabase::GeneralFont)).pixelSize());
     QApplication::setFont(Type::font(TypeRole::body));
     installAccessibility();
     if (!arguments.screenshots.empty())

@@ -1,6 +1,8 @@
 #include "app/pages/AppDetailText.hpp"
 
 #include "app/pages/ApplicationsText.hpp"
+#include "app/pages/CountText.hpp"
+#include "app/pages/Figure.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/model/Formatters.hpp"
 
@@ -72,7 +74,7 @@ AppHead appHead(const AppState& state, const std::string& key, const std::option
 
 AppDetailText presentAppDetail(const AppState& state, const ApplicationSnapshot* app) {
     if (!state.hasFirstSample)
-        return {.summary = QStringLiteral("Measuring…"), .stats = absentStats(QStringLiteral("…"), Tone::text)};
+        return {.summary = QStringLiteral("Measuring…"), .stats = absentStats(pendingFigure(), Tone::text)};
     const QString unavailable = text(Formatters::unavailable);
     if (!app)
         return {.summary = unavailable, .stats = absentStats(unavailable, Tone::text2)};
@@ -108,7 +110,7 @@ std::vector<TableColumn<const ProcessSnapshot*>> appProcessColumns() {
         [](const ProcessSnapshot& process) { return isHidden(process) ? std::nullopt : std::optional(process.cpu); },
         [](double cores) { return Formatters::cpu(cores); });
     Column memory = figures(
-        "memory", QStringLiteral("Memory"), 82,
+        "memory", QStringLiteral("Memory"), 92,
         [](const ProcessSnapshot& process) {
             return isHidden(process) ? std::nullopt : std::optional(static_cast<double>(process.memory));
         },

@@ -1,10 +1,11 @@
 #include "app/pages/AppHistoryText.hpp"
 
+#include "app/pages/Figure.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/model/Formatters.hpp"
+#include "core/model/SumText.hpp"
 
 #include <algorithm>
-#include <optional>
 #include <utility>
 
 namespace ostrivane {
@@ -12,29 +13,25 @@ namespace ostrivane {
 namespace {
 
 constexpr std::size_t fewestRows = 2; // a line needs two points
-constexpr double joulesPerWattHour = 3600;
 
 struct Figures {
-    double meanCPU = 0;             ///< cores, over the time that the rows cover
-    double peakMemory = 0;          ///< bytes
-    std::optional<double> energyWh; ///< rows hold 0 where nobody measured it, which nothing that runs needs
+    double meanCPU = 0;    ///< cores, over the time that the rows cover
+    double peakMemory = 0; ///< bytes
+    double energyWh = 0;
 };
 
 Figures summed(std::span<const AppRow> rows) {
     Figures figures;
     double covered = 0;
-    double joules = 0;
     for (const AppRow& row : rows) {
         const auto length = static_cast<double>(row.res);
         figures.meanCPU += row.cpu * length;
         covered += length;
-        joules += row.energyJ;
+        figures.energyWh += row.energyJ / SumText::joulesPerWattHour;
         figures.peakMemory = std::max(figures.peakMemory, row.memMax);
     }
     if (covered > 0)
         figures.meanCPU /= covered;
-    if (joules > 0)
-        figures.energyWh = joules / joulesPerWattHour;
     return figures;
 }
 
@@ -64,14 +61,14 @@ AppHistoryText presentAppHistory(const std::vector<AppRow>* rows, HistoryRange r
                          .note = {},
                          .figures = {}};
     if (!rows) {
-        const QString waiting = QStringLiteral("…");
+        const QString waiting = pendingFigure();
         shown.figures = entries(waiting, waiting, waiting);
     } else if (rows->size() < fewestRows) {
         shown.note = QStringLiteral("History for this app builds up as Ostrivane runs.");
     } else {
         const Figures figures = summed(*rows);
         shown.figures = entries(text(Formatters::cpu(figures.meanCPU)), text(Formatters::bytes(figures.peakMemory)),
-                                text(Formatters::energy(figures.energyWh)));
+                                text(SumText::energy(figures.energyWh)));
     }
     return shown;
 }

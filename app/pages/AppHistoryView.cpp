@@ -2,6 +2,7 @@
 
 #include "app/pages/AppHistoryFeed.hpp"
 #include "app/pages/AppHistoryText.hpp"
+#include "app/pages/MemoryText.hpp"
 #include "app/widgets/Banner.hpp"
 #include "app/widgets/HistoryChart.hpp"
 #include "app/widgets/Legend.hpp"
@@ -23,10 +24,6 @@ constexpr HistoryRange firstRange = HistoryRange::hours12;
 constexpr double plotHeight = 84;
 constexpr double timesHeight = 18;
 constexpr double titleHeight = 28; // that of the range picker, which stands in the first title's row
-
-QString axisBytes(double bytes) {
-    return text(Formatters::bytes(bytes, 0));
-}
 
 QStringList rangeTitles() {
     QStringList titles;
@@ -59,8 +56,8 @@ AppHistoryView::AppHistoryView(PageContext& context, QWidget* parent) : QWidget(
     cpu = makeChart(
         QStringLiteral("CPU"),
         {.kind = ChartAxis::Kind::cores, .label = [](double cores) { return text(Formatters::cpu(cores)); }}, this);
-    memory =
-        makeChart(QStringLiteral("Memory"), {.kind = ChartAxis::Kind::open, .binary = true, .label = axisBytes}, this);
+    memory = makeChart(QStringLiteral("Memory"),
+                       {.kind = ChartAxis::Kind::open, .binary = true, .label = memoryAxisText}, this);
     figures = new Legend(this);
 
     auto* titleRow = new QHBoxLayout;

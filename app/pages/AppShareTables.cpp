@@ -1,5 +1,6 @@
 #include "app/pages/AppShareTables.hpp"
 
+#include "app/pages/ApplicationsText.hpp"
 #include "app/pages/CountText.hpp"
 #include "app/pages/GPUText.hpp"
 #include "app/pages/MemoryText.hpp"
@@ -15,17 +16,19 @@ namespace ostrivane {
 namespace {
 
 /// Bytes, absent where the system hides them: 0 would be a guess.
-std::optional<double> memory(const ApplicationSnapshot& app) {
-    return app.hasRestricted && app.memory == 0 ? std::nullopt : std::optional(static_cast<double>(app.memory));
+template <class Row>
+std::optional<double> memory(const Row& row) {
+    return row.isHidden ? std::nullopt : std::optional(static_cast<double>(row.app->memory));
 }
 
-QString memoryText(const ApplicationSnapshot& app) {
-    const std::optional<double> bytes = memory(app);
+template <class Row>
+QString memoryText(const Row& row) {
+    const std::optional<double> bytes = memory(row);
     return text(bytes ? Formatters::bytes(*bytes) : std::string(Formatters::dash));
 }
 
 std::optional<double> share(const MemoryAppRow& row) {
-    const std::optional<double> bytes = memory(*row.app);
+    const std::optional<double> bytes = memory(row);
     return bytes && row.total > 0 ? std::optional(*bytes / row.total) : std::nullopt;
 }
 
@@ -57,8 +60,9 @@ memoryAppRows(const SystemSnapshot& snapshot,
         largest = std::max(largest, static_cast<double>(app.memory));
     std::vector<MemoryAppRow> rows;
     rows.reserve(snapshot.applications.size());
-    for (const ApplicationSnapshot& app : snapshot.applications)
-        rows.push_back({&app, largest, static_cast<double>(snapshot.memory.total), change(app)});
+    const auto total = static_cast<double>(snapshot.memory.total);
+    for (const ApplicationRow& row : applicationRows(snapshot, {}, true))
+        rows.push_back({row.app, row.hidden.use, largest, total, row.hidden.use ? std::nullopt : change(*row.app)});
     return rows;
 }
 
@@ -70,10 +74,10 @@ std::vector<TableColumn<MemoryAppRow>> memoryAppColumns() {
              .isNumeric = true,
              .width = 150,
              .isHideable = false,
-             .text = [](const Row& row) { return memoryText(*row.app); },
-             .sortKey = [](const Row& row) { return keyOf(memory(*row.app)); },
+             .text = [](const Row& row) { return memoryText(row); },
+             .sortKey = [](const Row& row) { return keyOf(memory(row)); },
              .sortsDescendingFirst = true,
-             .bar = [](const Row& row) { return partOf(memory(*row.app), row.largest); },
+             .bar = [](const Row& row) { return partOf(memory(row), row.largest); },
              .barSeries = Series::s4},
             {.id = "share",
              .title = QStringLiteral("Share of RAM"),
@@ -105,9 +109,9 @@ std::vector<GPUAppRow> gpuAppRows(const SystemSnapshot& snapshot) {
     for (const ApplicationSnapshot& app : snapshot.applications)
         largest = std::max(largest, app.gpu.value_or(0));
     std::vector<GPUAppRow> rows;
-    for (const ApplicationSnapshot& app : snapshot.applications)
-        if (app.gpu)
-            rows.push_back({&app, largest});
+    for (const ApplicationRow& row : applicationRows(snapshot, {}, true))
+        if (row.app->gpu)
+            rows.push_back({row.app, row.hidden.use, largest});
     return rows;
 }
 
@@ -128,8 +132,8 @@ std::vector<TableColumn<GPUAppRow>> gpuAppColumns() {
              .title = QStringLiteral("Memory"),
              .isNumeric = true,
              .width = 150,
-             .text = [](const Row& row) { return memoryText(*row.app); },
-             .sortKey = [](const Row& row) { return keyOf(memory(*row.app)); },
+             .text = [](const Row& row) { return memoryText(row); },
+             .sortKey = [](const Row& row) { return keyOf(memory(row)); },
              .sortsDescendingFirst = true}};
 }
 

@@ -1,11 +1,11 @@
 #include "app/pages/ApplicationsText.hpp"
 
+#include "app/pages/CountText.hpp"
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/attribution/AppGrouper.hpp"
 #include "core/model/Formatters.hpp"
 
-#include <QLocale>
 #include <QPixmap>
 
 #include <boost/unordered/unordered_flat_map.hpp>
@@ -19,7 +19,6 @@ namespace ostrivane {
 namespace {
 
 constexpr int figureWidth = 94;
-constexpr std::int64_t groupedFrom = 10000;
 
 using Column = TableColumn<ApplicationRow>;
 
@@ -35,6 +34,11 @@ Column figures(ApplicationSort sort, std::function<std::optional<double>(const A
     column.tone = [figure](const ApplicationRow& row) { return figure(row) ? Tone::text : Tone::text2; };
     column.sortsDescendingFirst = true;
     return column;
+}
+
+double share(double value, double whole) {
+    const double ratio = value / whole;
+    return std::isfinite(ratio) ? std::clamp(ratio, 0.0, 1.0) : 0;
 }
 
 Column nameColumn() {
@@ -56,7 +60,8 @@ Column cpuColumn() {
         ApplicationSort::cpu,
         [](const ApplicationRow& row) { return row.hidden.use ? std::nullopt : std::optional(row.app->cpu); },
         [](std::optional<double> cores) { return cores ? Formatters::cpu(*cores) : std::string(Formatters::dash); });
-    column.heat = [](const ApplicationRow& row) { return row.cpuShare; };
+    // A core that is fully busy has all the heat there is.
+    column.heat = [](const ApplicationRow& row) { return row.hidden.use ? 0 : share(row.app->cpu, 1); };
     return column;
 }
 
@@ -67,7 +72,9 @@ Column memoryColumn() {
             return row.hidden.use ? std::nullopt : std::optional(static_cast<double>(row.app->memory));
         },
         [](std::optional<double> bytes) { return bytes ? Formatters::bytes(*bytes) : std::string(Formatters::dash); });
-    column.heat = [](const ApplicationRow& row) { return row.memoryShare; };
+    column.heat = [](const ApplicationRow& row) {
+        return row.hidden.use ? 0 : share(static_cast<double>(row.app->memory), row.largest);
+    };
     return column;
 }
 
@@ -110,24 +117,6 @@ struct Hidden {
         return {.use = all > 0 && use >= all, .disk = all > 0 && disk >= all};
     }
 };
-
-double share(double value, double most) {
-    const double ratio = value / most;
-    return std::isfinite(ratio) ? std::clamp(ratio, 0.0, 1.0) : 0;
-}
-
-void addHeat(std::vector<ApplicationRow>& rows) {
-    double mostCPU = 1; // less than one core in all is nothing to shout about
-    double mostMemory = 1;
-    for (const ApplicationRow& row : rows) {
-        mostCPU = std::max(mostCPU, std::isfinite(row.app->cpu) ? row.app->cpu : 0);
-        mostMemory = std::max(mostMemory, static_cast<double>(row.app->memory));
-    }
-    for (ApplicationRow& row : rows) {
-        row.cpuShare = share(row.app->cpu, mostCPU);
-        row.memoryShare = share(static_cast<double>(row.app->memory), mostMemory);
-    }
-}
 
 } // namespace
 
@@ -174,12 +163,12 @@ std::vector<ApplicationRow> applicationRows(const SystemSnapshot& snapshot, cons
         const auto found = hidden.find(app.key);
         rows.push_back({.app = &app, .hidden = found == hidden.end() ? HiddenFigures() : found->second.of(app)});
     }
-    addHeat(rows);
+    double largest = 0;
+    for (const ApplicationRow& row : rows)
+        largest = std::max(largest, static_cast<double>(row.app->memory));
+    for (ApplicationRow& row : rows)
+        row.largest = largest;
     return rows;
-}
-
-QString countText(std::int64_t count) {
-    return count < groupedFrom ? QString::number(count) : QLocale().toString(qlonglong(count));
 }
 
 QString processCountText(std::int64_t count) {

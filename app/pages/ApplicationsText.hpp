@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/pages/CountText.hpp"
 #include "app/widgets/TableColumn.hpp"
 #include "core/model/PlatformWords.hpp"
 #include "core/model/RawValue.hpp"
@@ -42,8 +43,7 @@ HiddenFigures hiddenFigures(const ApplicationSnapshot& app, std::span<const Proc
 struct ApplicationRow {
     const ApplicationSnapshot* app = nullptr;
     HiddenFigures hidden{};
-    double cpuShare = 0;    ///< of the most that a row has, 0 to 1
-    double memoryShare = 0; ///< of the most that a row has, 0 to 1
+    double largest = 0; ///< bytes of the application that holds most
 };
 
 /// The applications as the toolbar narrows them down.
@@ -79,8 +79,6 @@ std::optional<double> traffic(const ApplicationSnapshot& app);
 /// process. Absent for the system as a whole.
 std::optional<std::string> revealPath(const ApplicationSnapshot& app, std::span<const ProcessSnapshot> processes);
 
-/// A count; from 10,000 with the locale's grouping.
-QString countText(std::int64_t count);
 /// "1 process", "612 processes".
 QString processCountText(std::int64_t count);
 

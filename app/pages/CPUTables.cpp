@@ -1,5 +1,6 @@
 #include "app/pages/CPUTables.hpp"
 
+#include "app/pages/ApplicationsText.hpp"
 #include "app/pages/CountText.hpp"
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Strings.hpp"
@@ -19,8 +20,8 @@ std::optional<double> cores(const ProcessSnapshot& process) {
     return process.isRestricted && !process.memoryIsRSS ? std::nullopt : std::optional(process.cpu);
 }
 
-std::optional<double> cores(const ApplicationSnapshot& app) {
-    return app.hasRestricted && app.cpu == 0 ? std::nullopt : std::optional(app.cpu);
+std::optional<double> cores(const CPUAppRow& row) {
+    return row.isHidden ? std::nullopt : std::optional(row.app->cpu);
 }
 
 QString coresText(std::optional<double> used) {
@@ -129,8 +130,8 @@ std::vector<TableColumn<CPUProcessRow>> cpuProcessColumns() {
 std::vector<CPUAppRow> cpuAppRows(const SystemSnapshot& snapshot) {
     std::vector<CPUAppRow> rows;
     rows.reserve(snapshot.applications.size());
-    for (const ApplicationSnapshot& app : snapshot.applications)
-        rows.push_back({&app, snapshot.timestamp});
+    for (const ApplicationRow& row : applicationRows(snapshot, {}, true))
+        rows.push_back({row.app, row.hidden.use, snapshot.timestamp});
     return rows;
 }
 
@@ -154,10 +155,10 @@ std::vector<TableColumn<CPUAppRow>> cpuAppColumns() {
              .isNumeric = true,
              .width = 96,
              .isHideable = false,
-             .text = [](const Row& row) { return coresText(cores(*row.app)); },
-             .sortKey = [](const Row& row) { return keyOf(cores(*row.app)); },
+             .text = [](const Row& row) { return coresText(cores(row)); },
+             .sortKey = [](const Row& row) { return keyOf(cores(row)); },
              .sortsDescendingFirst = true,
-             .heat = [](const Row& row) { return heatOf(cores(*row.app)); }},
+             .heat = [](const Row& row) { return heatOf(cores(row)); }},
             {.id = "threads",
              .title = QStringLiteral("Threads"),
              .isNumeric = true,

@@ -20,6 +20,7 @@ std::vector<TableColumn<CPUProcessRow>> cpuProcessColumns();
 /// One of the busiest applications; points into a snapshot.
 struct CPUAppRow {
     const ApplicationSnapshot* app = nullptr;
+    bool isHidden = false; ///< the system tells nothing of what it uses
     Date now;
 };
 

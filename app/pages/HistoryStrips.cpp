@@ -97,6 +97,7 @@ HistoryStrips::HistoryStrips(QWidget* overlay) : QWidget(overlay), room(overlay)
         strip.label = new StripLabel(strip.holder);
         strip.chart = new HistoryChart(QString::fromLatin1(name), strip.holder);
         strip.chart->setShowsReadout(false);
+        strip.chart->setReservedLabel(QStringLiteral("888.8 MB/s")); // so that all plots are equally wide
         connect(strip.chart, &HistoryChart::cursorMoved, this, &HistoryStrips::moveCursor);
         row->addWidget(strip.label, 0, Qt::AlignTop);
         row->addWidget(strip.chart, 1);

@@ -31,11 +31,12 @@ Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
     titleLabel = new TextLabel(TypeRole::cardTitle, Tone::text, headRow);
     noteLabel = new TextLabel(TypeRole::secondary, Tone::text2, headRow);
     titleLabel->setText(title);
+    noteLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     noteLabel->hide();
     head = new QHBoxLayout(headRow);
     head->setSpacing(Type::px(8));
     head->addWidget(titleLabel);
-    head->addWidget(noteLabel);
+    head->addWidget(noteLabel, 1000); // gives way ahead of title and controls
     head->addStretch(1);
     content = new QVBoxLayout;
     content->setContentsMargins(0, 0, 0, 0);
@@ -46,6 +47,8 @@ Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
 }
 
 void Card::setTitle(const QString& title) {
+    if (title == titleLabel->text())
+        return;
     titleLabel->setText(title);
     layOut();
 }
@@ -96,10 +99,10 @@ void Card::layOut() {
     headRow->setVisible(hasHead);
     const int side = Type::px(14);
     const int row = Type::px(20);
+    head->setContentsMargins(isFlush ? side : 0, 0, isFlush ? side : 0, 0);
     const int extra = std::max(0, head->sizeHint().height() - row);
     const int least = Type::px(3);
     headRow->setMinimumHeight(row);
-    head->setContentsMargins(isFlush ? side : 0, 0, isFlush ? side : 0, 0);
     const int above = Type::px(isFlush ? 10 : 12);
     const int below = Type::px(isFlush ? 10 : 8);
     // The round corners at the foot stay free of what reaches from edge to edge.

@@ -24,6 +24,7 @@ public:
     void setStacked(bool stacked);
     void setThreshold(std::optional<ChartThreshold> threshold);
     void setBands(std::vector<ChartBand> bands);
+    using Chart::setReservedLabel;
     using Chart::setShowsReadout; ///< a box of its own beside the cursor; true at first
     using Chart::setShowsTimes;   ///< labels of time below; true at first
     /// For charts on one axis of time: shows the cursor there, without signalling.

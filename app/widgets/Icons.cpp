@@ -15,6 +15,16 @@
 #include <array>
 #include <string>
 
+/// The drawings lie in a static library, whose resources are not registered by themselves. Not in a namespace: the
+/// macro names a function of the generated source.
+static void registerDrawings() {
+    static const bool isDone = [] {
+        Q_INIT_RESOURCE(icons);
+        return true;
+    }();
+    static_cast<void>(isDone);
+}
+
 namespace ostrivane::Icons {
 
 namespace {
@@ -78,6 +88,7 @@ QIcon icon(std::string_view name) {
 }
 
 bool exists(std::string_view name) {
+    registerDrawings();
     return QFile::exists(fileOf(name));
 }
 

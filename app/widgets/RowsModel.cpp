@@ -137,6 +137,8 @@ void RowsModelBase::sort(int column, Qt::SortOrder wanted) {
     sortedBy = column >= 0 && column < columnCount() && this->column(column).isSortable ? column : -1;
     direction = wanted;
     settle();
+    if (columnCount() > 0)
+        Q_EMIT headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
 void RowsModelBase::begin() {
@@ -167,12 +169,13 @@ std::optional<std::size_t> RowsModelBase::place(std::optional<std::size_t> known
 }
 
 void RowsModelBase::finish(bool settles) {
-    if (isHeld && !settles)
+    const bool keepsOrder = isHeld && !settles && !order.empty();
+    if (keepsOrder)
         for (const std::size_t slot : order)
             if (slots[slot].round != round && !gone.contains(slot))
                 keepRemains(slot);
     append(fresh);
-    if (isHeld && !settles)
+    if (keepsOrder)
         dropSurplus();
     else
         settle();

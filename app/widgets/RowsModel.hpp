@@ -64,7 +64,7 @@ public:
     void setOrderHeld(bool held);
     bool isOrderHeld() const { return isHeld; }
 
-    /// Sorts at once, held or not. Column -1: rows stand as they were assigned.
+    /// Sorts at once, held or not. Column -1: rows stand as they were assigned. Signalled as a change of the heads.
     void sort(int column, Qt::SortOrder order) override;
 
     int rowCount(const QModelIndex& parent = {}) const override;

@@ -38,6 +38,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    std::vector<int> columnWidths() const;
     QRect cell(std::size_t index) const;
 
     std::vector<Stat> stats;

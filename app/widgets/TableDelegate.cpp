@@ -2,6 +2,7 @@
 
 #include "app/widgets/Bar.hpp"
 #include "app/widgets/Numbers.hpp"
+#include "app/widgets/Paint.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QAbstractItemView>
@@ -26,8 +27,7 @@ constexpr double barHeight = 4;
 constexpr double barFigure = 62; ///< kept for the figure, so that bars stand below each other
 constexpr double fullHeat = 0.26;
 constexpr qreal goneIcon = 0.5;
-constexpr qsizetype mostLetters = 300;    ///< that can be in view; the rest is not even measured
-constexpr qsizetype mostOfToolTip = 1500; ///< letters
+constexpr qsizetype mostLetters = 300; ///< that can be in view; the rest is not even measured
 constexpr std::size_t mostPainted = 2000;
 
 std::uint64_t keyOf(int row, int column) {
@@ -175,7 +175,7 @@ void TableDelegate::drawFigure(const Place& place, QRect rect) const {
         Bar::draw(place.painter, bar, *place.cell.bar, place.facts.barSeries);
     }
     const Qt::Alignment side = place.option.direction == Qt::LeftToRight ? Qt::AlignRight : Qt::AlignLeft;
-    Numbers::draw(place.painter, rect, lettering.font, side | Qt::AlignVCenter,
+    Numbers::draw(place.painter, rect, lettering.font, side | Qt::AlignAbsolute | Qt::AlignVCenter,
                   oneLine(place.cell.text, Qt::ElideRight));
 }
 
@@ -231,10 +231,7 @@ bool TableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const 
         if (elided(lettering.metrics, cell.text, facts.elide, room) != cell.text)
             tip = cell.text;
     }
-    // Marked up, so that long lines break, and so that no name is taken for markup.
-    if (!tip.isEmpty())
-        tip = QStringLiteral("<qt>%1</qt>").arg(tip.left(mostOfToolTip).toHtmlEscaped());
-    QToolTip::showText(event->globalPos(), tip, view->viewport(), view->visualRect(index));
+    QToolTip::showText(event->globalPos(), Paint::toolTip(tip), view->viewport(), view->visualRect(index));
     return true;
 }
 

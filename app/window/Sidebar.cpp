@@ -1,6 +1,7 @@
 #include "app/window/Sidebar.hpp"
 
 #include "app/model/AppModel.hpp"
+#include "app/widgets/Card.hpp"
 #include "app/widgets/FilterField.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
@@ -8,7 +9,6 @@
 #include "app/window/SidebarModel.hpp"
 #include "core/model/Calendar.hpp"
 
-#include <QFrame>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QListView>
@@ -53,9 +53,7 @@ Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date
     foot->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     foot->setFixedHeight(foot->sizeHintForRow(0));
 
-    auto* line = new QFrame(this);
-    line->setFrameShape(QFrame::HLine);
-    line->setFixedHeight(1);
+    QWidget* line = Card::separator(this);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(Type::px(8), Type::px(10), Type::px(8) + 1, Type::px(8));
     column->setSpacing(Type::px(6));

@@ -145,7 +145,7 @@ TEST(AppHistoryText, weighsRowsByTheirLengthAndSumsEnergyInWattHours) {
                        row(4500, 900, 1.2, 2 * gigabyte)}),
               (Words{"Average 53%", "Peak 3.00 GB", "Energy 3.00 Wh"}));
     EXPECT_EQ(figures({row(0, 60, 0.2, 2048), row(60, 60, 0.2, 1024)}),
-              (Words{"Average 20%", "Peak 2 KB", "Energy Unavailable"}));
+              (Words{"Average 20%", "Peak 2 KB", "Energy —"}));
 }
 
 TEST(AppHistoryText, drawsRowsWhereTheyBeginAndAsLongAsTheyAre) {

@@ -74,27 +74,26 @@ TEST(ApplicationRows, areCountedWithTheirProcesses) {
     EXPECT_EQ(applicationCounts({}), QStringLiteral("0 applications · 0 processes"));
 }
 
-TEST(ApplicationRows, shadeBetweenNothingAndTheMostOfAll) {
+TEST(ApplicationColumns, shadeFullyForOneCoreAndForTheLargestMemory) {
     SystemSnapshot snapshot = machine();
-    snapshot.applications[0].cpu = 4;
-    snapshot.applications[1].cpu = 1;
+    snapshot.applications[0].cpu = std::numeric_limits<double>::infinity();
+    snapshot.applications[1].cpu = 0.25;
+    snapshot.applications[2].cpu = 6;
     snapshot.applications[0].memory = 100;
     snapshot.applications[1].memory = 25;
-    std::vector<ApplicationRow> rows = applicationRows(snapshot, {}, true);
-    EXPECT_DOUBLE_EQ(rows[0].cpuShare, 1);
-    EXPECT_DOUBLE_EQ(rows[1].cpuShare, 0.25);
-    EXPECT_DOUBLE_EQ(rows[1].memoryShare, 0.25);
-    EXPECT_DOUBLE_EQ(rows[2].cpuShare, 0);
-
-    snapshot.applications[0].cpu = 0.02; // an idle machine has no hot row
-    snapshot.applications[1].cpu = std::numeric_limits<double>::infinity();
-    snapshot.applications[2].cpu = std::numeric_limits<double>::quiet_NaN();
-    rows = applicationRows(snapshot, {}, true);
-    EXPECT_DOUBLE_EQ(rows[0].cpuShare, 0.02);
-    for (const ApplicationRow& row : rows) {
-        EXPECT_GE(row.cpuShare, 0) << row.app->name;
-        EXPECT_LE(row.cpuShare, 1) << row.app->name;
-    }
+    const auto heats = [&](ApplicationSort sort) {
+        std::vector<double> all;
+        for (const auto& column : applicationColumns(PlatformWords::Linux))
+            if (column.id == rawValue(sort))
+                for (const ApplicationRow& row : applicationRows(snapshot, {}, true))
+                    all.push_back(column.heat(row));
+        return all;
+    };
+    EXPECT_EQ(heats(ApplicationSort::cpu), (std::vector<double>{0, 0.25, 1}));
+    EXPECT_EQ(heats(ApplicationSort::memory), (std::vector<double>{1, 0.25, 0}));
+    snapshot.applications.erase(snapshot.applications.begin()); // nothing holds anything: 0 of 0
+    snapshot.applications[0].memory = 0;
+    EXPECT_EQ(heats(ApplicationSort::memory), (std::vector<double>{0, 0}));
 }
 
 TEST(ApplicationRows, showNoSumsOfWhatTheSystemHides) {
@@ -145,8 +144,9 @@ TEST(ApplicationColumns, sayWhatIsAbsent) {
     EXPECT_EQ(cell(rows[1], ApplicationSort::energy), "Unavailable");
     EXPECT_EQ(cell(rows[1], ApplicationSort::network), "Unavailable");
     for (const auto& column : applicationColumns(PlatformWords::Linux))
-        if (column.id == "network" || column.id == "energy")
+        if (column.id == "network" || column.id == "energy") {
             EXPECT_TRUE(std::holds_alternative<std::monostate>(column.sortKey(rows[1]))) << column.id;
+        }
 }
 
 TEST(ApplicationsText, speaksOfThePlatform) {

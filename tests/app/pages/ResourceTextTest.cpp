@@ -249,12 +249,14 @@ TEST(GPUTextTest, ShowsWhatTheDriverTellsAlone) {
 TEST(AppShareTablesTest, MemoryThatTheSystemHidesIsADash) {
     SystemSnapshot snapshot = machine();
     snapshot.memory.total = 32 * gigabyte;
-    snapshot.applications = {{.key = "hidden", .name = "Hidden", .hasRestricted = true},
+    snapshot.processes = {{.pid = 1, .appKey = "hidden", .isRestricted = true}};
+    snapshot.applications = {{.key = "hidden", .name = "Hidden", .pids = {1}, .hasRestricted = true},
                              {.key = "a", .name = "A", .memory = 8 * gigabyte}};
     const auto rows = memoryAppRows(snapshot, [](const ApplicationSnapshot&) { return std::optional(400 * megabyte); });
     const auto columns = memoryAppColumns();
     EXPECT_EQ(cellOf(columns, "memory", rows[0]), "—");
     EXPECT_EQ(cellOf(columns, "share", rows[0]), "—");
+    EXPECT_EQ(cellOf(columns, "change", rows[0]), "—");
     EXPECT_EQ(cellOf(columns, "share", rows[1]), "25%");
     EXPECT_EQ(cellOf(columns, "change", rows[1]), "+400 MB");
 }

@@ -29,13 +29,14 @@ protected:
     }
     const Preferences& chosen() { return *harness.model->settings(); }
     void step(const char* name, Qt::Key key) {
-        auto* box = named<QWidget>(*page, name)->findChild<QDoubleSpinBox*>();
+        auto* box = named<QDoubleSpinBox>(*page, name);
         ASSERT_NE(box, nullptr);
         QTest::keyClick(box, key);
     }
     bool says(const char* words) {
-        for (const auto* label : page->findChildren<TextLabel*>())
-            if (label->isVisible() && label->text() == QString::fromUtf8(words))
+        for (const auto* child : page->findChildren<QWidget*>())
+            if (const auto* label = dynamic_cast<const TextLabel*>(child);
+                label && label->isVisible() && label->text() == QString::fromUtf8(words))
                 return true;
         return false;
     }

@@ -1,0 +1,88 @@
+#include "app/pages/Findings.hpp"
+
+#include "app/model/AppModel.hpp"
+#include "app/widgets/Strings.hpp"
+#include "core/judgement/HealthCategory.hpp"
+#include "core/model/Page.hpp"
+
+#include <algorithm>
+
+namespace ostrivane {
+
+namespace {
+
+Condition conditionOf(Insight::Level level) {
+    switch (level) {
+    case Insight::Level::info:
+        return Condition::unknown;
+    case Insight::Level::notice:
+        return Condition::info;
+    case Insight::Level::warning:
+        return Condition::elevated;
+    }
+    return Condition::unknown;
+}
+
+bool has(const std::vector<HealthCategory>& health, HealthCategory::Status status) {
+    return std::ranges::find(health, status, &HealthCategory::status) != health.end();
+}
+
+} // namespace
+
+std::vector<EvidenceRow> insightRows(const std::vector<Insight>& insights, std::optional<std::size_t> most) {
+    const std::size_t count = std::min(insights.size(), most.value_or(insights.size()));
+    std::vector<EvidenceRow> rows;
+    rows.reserve(count);
+    for (std::size_t index = 0; index < count; ++index) {
+        const Insight& insight = insights[index];
+        rows.push_back({.id = insight.id,
+                        .icon = insight.symbol,
+                        .condition = conditionOf(insight.level),
+                        .title = text(insight.title),
+                        .evidence = text(insight.evidence),
+                        .leadsSomewhere = insight.destination || insight.appKey});
+    }
+    return rows;
+}
+
+void openInsight(AppModel& model, const std::string& id) {
+    const std::vector<Insight>& insights = model.state().insights;
+    const auto found = std::ranges::find(insights, id, &Insight::id);
+    if (found == insights.end())
+        return;
+    const Insight insight = *found; // the list may change while others hear of the step
+    if (!insight.destination && !insight.appKey)
+        return;
+    model.selectApp(insight.appKey);
+    const auto page = insight.destination ? fromRawValue<Page>(*insight.destination) : std::nullopt;
+    model.select(page.value_or(Page::applications));
+}
+
+std::optional<Condition> worstCondition(const std::vector<HealthCategory>& health) {
+    using Status = HealthCategory::Status;
+    if (health.empty())
+        return std::nullopt;
+    if (has(health, Status::high))
+        return Condition::high;
+    if (has(health, Status::elevated))
+        return Condition::elevated;
+    return has(health, Status::good) ? Condition::good : Condition::unknown;
+}
+
+QString wordOf(Condition condition) {
+    switch (condition) {
+    case Condition::good:
+        return QStringLiteral("Normal");
+    case Condition::elevated:
+        return QStringLiteral("Elevated");
+    case Condition::high:
+        return QStringLiteral("High");
+    case Condition::unknown:
+        return QStringLiteral("Unavailable");
+    case Condition::info:
+        return QStringLiteral("Information");
+    }
+    return {};
+}
+
+} // namespace ostrivane
