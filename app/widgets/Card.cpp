@@ -28,6 +28,7 @@ protected:
 
 Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
     headRow = new QWidget(this);
+    headRow->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     titleLabel = new TextLabel(TypeRole::cardTitle, Tone::text, headRow);
     noteLabel = new TextLabel(TypeRole::secondary, Tone::text2, headRow);
     titleLabel->setText(title);

@@ -84,7 +84,7 @@ TEST_P(Contrast, GlyphsDifferInShape) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Themes, Contrast, testing::Bool(),
-                         [](const testing::TestParamInfo<bool>& info) { return info.param ? "dark" : "light"; });
+                         [](const testing::TestParamInfo<bool>& given) { return given.param ? "dark" : "light"; });
 
 TEST(TileColour, CarriesWhiteLetteringAndKeepsToItsKey) {
     std::set<QRgb> colours;

@@ -103,7 +103,7 @@ TEST_P(Repaint, PaintsOnlyWhatChanged) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Widgets, Repaint, testing::ValuesIn(cases()),
-                         [](const testing::TestParamInfo<Case>& info) { return info.param.name; });
+                         [](const testing::TestParamInfo<Case>& given) { return given.param.name; });
 
 } // namespace
 

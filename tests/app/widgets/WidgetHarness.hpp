@@ -19,7 +19,7 @@ namespace ostrivane {
 class WidgetSetting {
 public:
     WidgetSetting() {
-        static const bool isStyled = QApplication::setStyle(new Style) != nullptr;
+        static const bool isStyled = (QApplication::setStyle(new Style), true);
         Q_UNUSED(isStyled);
         reset();
     }
