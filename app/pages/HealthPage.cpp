@@ -17,6 +17,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace ostrivane {
 
 namespace {
@@ -24,6 +26,7 @@ namespace {
 constexpr double cardGap = 12;
 constexpr int wideColumns = 3;
 constexpr int narrowColumns = 2;
+constexpr double leastCard = 260;
 
 } // namespace
 
@@ -109,7 +112,18 @@ void HealthPage::sleep() {
 }
 
 void HealthPage::narrowChanged() {
-    categoryGrid->setColumns(isNarrow() ? narrowColumns : wideColumns);
+    arrange();
+}
+
+void HealthPage::resizeEvent(QResizeEvent* event) {
+    PageView::resizeEvent(event);
+    arrange();
+}
+
+/// With large lettering in a small window there is room for fewer columns still.
+void HealthPage::arrange() {
+    const int columns = isNarrow() ? narrowColumns : wideColumns;
+    categoryGrid->setColumns(std::clamp(width() / Type::px(leastCard), 1, columns));
     findings->setColumns(isNarrow() ? 1 : 2);
 }
 

@@ -24,8 +24,10 @@ protected:
     void refresh(const ModelChanges& changes) override;
     void sleep() override;
     void narrowChanged() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
+    void arrange();
     QWidget* makeInsights();
     QWidget* makeAlerts();
     void showHealth();

@@ -12,6 +12,7 @@ class TextLabel;
 
 /// A side of the machine's condition: icon, name and badge; a button to the page that explains it.
 class HealthRow final : public QAbstractButton {
+    Q_OBJECT
 public:
     explicit HealthRow(QWidget* parent = nullptr);
     void set(const HealthLine& line);

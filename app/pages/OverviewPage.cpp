@@ -26,10 +26,13 @@ namespace ostrivane {
 namespace {
 
 constexpr double cardGap = 12;
+constexpr double cardSide = 14;
 constexpr std::size_t insightsShown = 4;
 constexpr double insightHeight = 47;
 constexpr double machineWidth = 220;
-constexpr int wideShare = 2; // of the findings to the card beside them
+constexpr double leastTile = 150;
+constexpr double leastPair = 640; ///< below that, cards stand one below the other
+constexpr int wideShare = 2;      // of the findings to the card beside them
 
 QString measuring() {
     return QStringLiteral("Measuring…");
@@ -48,7 +51,7 @@ OverviewPage::OverviewPage(PageContext& given, QWidget* parent) : PageView(Page:
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(Type::px(cardGap));
     column->addWidget(makeTiles());
-    auto* cards = new CardGrid(2, body);
+    cards = new CardGrid(2, body);
     cards->setStretch(0, wideShare);
     cards->setStretch(1, 1);
     for (QWidget* card : {makeInsights(), makeHealth(), makeRanks(), makeTotals()})
@@ -76,13 +79,19 @@ void OverviewPage::makeHeader() {
         else
             model().startSession("");
     });
-    for (QWidget* control : std::initializer_list<QWidget*>{updated, machine, uptime, session})
+    auto* about = new QWidget(this);
+    auto* row = new QHBoxLayout(about);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(Type::px(4));
+    row->addWidget(machine);
+    row->addWidget(uptime);
+    for (QWidget* control : std::initializer_list<QWidget*>{updated, about, session})
         addHeaderControl(control);
     freshness = new Freshness(context, updated, this);
 }
 
 QWidget* OverviewPage::makeTiles() {
-    tileGrid = new CardGrid(tileColumns(static_cast<int>(tileKinds.size())), this);
+    tileGrid = new CardGrid(static_cast<int>(tileKinds.size()), this);
     for (std::size_t index = 0; index < tileKinds.size(); ++index) {
         const TileKind kind = tileKinds[index];
         tiles[index] = new MetricTile(iconOf(kind), tileGrid);
@@ -96,11 +105,15 @@ QWidget* OverviewPage::makeInsights() {
     auto* card = new Card(QStringLiteral("Insights"), this);
     allInsights = new LinkButton({}, card);
     connect(allInsights, &QAbstractButton::clicked, this, [this] { model().select(Page::health); });
+    QSizePolicy kept = allInsights->sizePolicy();
+    kept.setRetainSizeWhenHidden(true);
+    allInsights->setSizePolicy(kept);
     card->addControl(allInsights);
+    card->setFlush(true);
     auto* room = new QWidget(card); // always of one height: what is below must not move
     room->setMinimumHeight(static_cast<int>(insightsShown) * Type::px(insightHeight));
     auto* column = new QVBoxLayout(room);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(Type::px(cardSide), 0, Type::px(cardSide), 0);
     insights = new EvidenceList(QStringLiteral("Insights"), room);
     connect(insights, &EvidenceList::activated, this, [this](int row) {
         const auto& rows = insights->rows();
@@ -122,9 +135,11 @@ QWidget* OverviewPage::makeHealth() {
     card->addControl(details);
     healthColumn = new QVBoxLayout;
     healthColumn->setSpacing(0);
+    healthColumn->setContentsMargins(Type::px(cardSide), 0, Type::px(cardSide), 0);
     notJudged = new TextLabel(TypeRole::table, Tone::text2, card);
     notJudged->setText(measuring());
-    card->body()->addWidget(notJudged);
+    healthColumn->addWidget(notJudged, 0, Qt::AlignTop);
+    card->setFlush(true);
     card->body()->addLayout(healthColumn, 1);
     return card;
 }
@@ -202,6 +217,17 @@ void OverviewPage::narrowChanged() {
         tile->setNarrow(isNarrow());
 }
 
+void OverviewPage::resizeEvent(QResizeEvent* event) {
+    PageView::resizeEvent(event);
+    arrange();
+}
+
+/// With large lettering in a small window there is room for fewer columns.
+void OverviewPage::arrange() {
+    tileGrid->setColumns(tileColumns(shownTiles, width() / Type::px(leastTile)));
+    cards->setColumns(width() < Type::px(leastPair) ? 1 : 2);
+}
+
 void OverviewPage::showHead() {
     const OverviewHead head = presentOverviewHead(state());
     setSubtitle(head.status);
@@ -216,17 +242,17 @@ void OverviewPage::showHead() {
 
 void OverviewPage::showTiles() {
     const double now = state().snapshot->timestamp.seconds;
-    int count = 0;
+    shownTiles = 0;
     for (std::size_t index = 0; index < tileKinds.size(); ++index) {
         auto tile = presentTile(tileKinds[index], state(), model().settings()->temperatureSource);
         tileGrid->setShown(tiles[index], tile.has_value());
         if (!tile)
             continue;
-        ++count;
+        ++shownTiles;
         tiles[index]->set(std::move(tile->text));
         tiles[index]->setLines(std::move(tile->lines), tile->top, now);
     }
-    tileGrid->setColumns(tileColumns(count));
+    arrange();
 }
 
 void OverviewPage::showInsights() {

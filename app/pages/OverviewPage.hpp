@@ -32,6 +32,7 @@ protected:
     void refresh(const ModelChanges& changes) override;
     void sleep() override;
     void narrowChanged() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void makeHeader();
@@ -42,6 +43,7 @@ private:
     QWidget* makeTotals();
     RankList* makeRank(QVBoxLayout* column, const QString& title, RankFigure figure);
 
+    void arrange();
     void showHead();
     void showTiles();
     void showInsights();
@@ -55,6 +57,8 @@ private:
     Freshness* freshness = nullptr;
     CardGrid* tileGrid = nullptr;
     std::array<MetricTile*, tileKinds.size()> tiles{};
+    int shownTiles = 0;
+    CardGrid* cards = nullptr;
     EvidenceList* insights = nullptr;
     EmptyState* noInsights = nullptr;
     LinkButton* allInsights = nullptr;

@@ -259,12 +259,10 @@ std::optional<OverviewTile> presentTile(TileKind kind, const AppState& state, Te
     return tile;
 }
 
-int tileColumns(int tiles) {
-    constexpr int most = 4;
-    if (tiles <= most)
-        return std::max(tiles, 1);
-    const int rows = (tiles + most - 1) / most;
-    return (tiles + rows - 1) / rows;
+int tileColumns(int tiles, int room) {
+    const int most = std::clamp(room, 1, 4);
+    const int rows = std::max((tiles + most - 1) / most, 1);
+    return std::max((tiles + rows - 1) / rows, 1);
 }
 
 } // namespace ostrivane

@@ -31,7 +31,7 @@ Page pageOf(TileKind kind);
 /// Absent for what this machine has no reading of. One that was read before stays, so that tiles do not come and go.
 std::optional<OverviewTile> presentTile(TileKind kind, const AppState& state, TemperatureSource source);
 
-/// Columns in which so many tiles fill their rows best; at most 4.
-int tileColumns(int tiles);
+/// Columns in which so many tiles fill their rows best; at most 4, and at most `room`.
+int tileColumns(int tiles, int room);
 
 } // namespace ostrivane

@@ -3,9 +3,9 @@
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
+#include <QTextLayout>
 
 #include <algorithm>
 
@@ -17,7 +17,22 @@ constexpr double indent = 12;
 constexpr double between = 4;
 constexpr double bullet = 4;
 constexpr qsizetype longestSentence = 600; // with names of any length in it
-constexpr int wrapping = Qt::TextWordWrap | Qt::TextWrapAnywhere;
+
+/// Breaks a sentence between words, and within one that is longer than a line.
+void breakLines(QTextLayout& layout, int width, Qt::LayoutDirection direction) {
+    QTextOption option;
+    option.setAlignment(direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout.setTextOption(option);
+    layout.beginLayout();
+    qreal top = 0;
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition({0, top});
+        top += Type::lineHeight(TypeRole::table);
+    }
+    layout.endLayout();
+}
 
 } // namespace
 
@@ -42,8 +57,9 @@ void BulletList::set(const QStringList& sentences) {
 }
 
 int BulletList::sentenceHeight(const QString& sentence, int width) const {
-    const QRect room(0, 0, std::max(width - Type::px(indent), 1), QWIDGETSIZE_MAX);
-    return QFontMetrics(Type::font(TypeRole::table)).boundingRect(room, wrapping, sentence).height();
+    QTextLayout layout(sentence, Type::font(TypeRole::table));
+    breakLines(layout, std::max(width - Type::px(indent), 1), layoutDirection());
+    return layout.lineCount() * Type::lineHeight(TypeRole::table);
 }
 
 int BulletList::heightForWidth(int width) const {
@@ -66,24 +82,20 @@ void BulletList::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const Theme& theme = Theme::current();
-    const QFont font = Type::font(TypeRole::table);
-    painter.setFont(font);
-    const int line = QFontMetrics(font).height();
+    const int line = Type::lineHeight(TypeRole::table);
     const int dot = Type::px(bullet);
+    const QRect room(Type::px(indent), 0, std::max(width() - Type::px(indent), 1), height());
     int top = 0;
     for (const QString& sentence : shown) {
-        const int high = sentenceHeight(sentence, width());
         painter.setPen(Qt::NoPen);
         painter.setBrush(theme.text3);
         painter.drawEllipse(
             QStyle::visualRect(layoutDirection(), rect(), QRect(Type::px(1), top + (line - dot) / 2, dot, dot)));
         painter.setPen(theme.text);
-        const QRect room(Type::px(indent), top, width() - Type::px(indent), high);
-        painter.drawText(QStyle::visualRect(layoutDirection(), rect(), room),
-                         static_cast<int>(QStyle::visualAlignment(layoutDirection(), Qt::AlignLeft | Qt::AlignTop)) |
-                             wrapping,
-                         sentence);
-        top += high + Type::px(between);
+        QTextLayout layout(sentence, Type::font(TypeRole::table));
+        breakLines(layout, room.width(), layoutDirection());
+        layout.draw(&painter, {QStyle::visualRect(layoutDirection(), rect(), room).left() + 0.0, top + 0.0});
+        top += layout.lineCount() * line + Type::px(between);
     }
 }
 

@@ -25,6 +25,7 @@ struct RankRow {
 
 /// Applications by a figure: icon, name, a bar, the figure. It always has room for `places` rows.
 class RankList final : public RowList {
+    Q_OBJECT
 public:
     RankList(const QString& name, int places, Series series, QWidget* parent = nullptr);
     void set(std::vector<RankRow> rows);

@@ -20,6 +20,7 @@ struct TotalsRow {
 /// Sums in columns below their heads; the rows share the height. Columns that do not fit are left out, the middle one
 /// first: figures are never cut.
 class TotalsList final : public RowList {
+    Q_OBJECT
 public:
     TotalsList(const QString& name, std::array<QString, 3> heads, QWidget* parent = nullptr);
     void set(std::vector<TotalsRow> rows);

@@ -184,7 +184,10 @@ TEST(OverviewTiles, sayWhereTheChargeIsGoing) {
 TEST(OverviewTiles, fillTheirRows) {
     for (const auto& [count, columns] :
          {std::pair{0, 1}, {1, 1}, {2, 2}, {3, 3}, {4, 4}, {5, 3}, {6, 3}, {7, 4}, {8, 4}})
-        EXPECT_EQ(tileColumns(count), columns) << count;
+        EXPECT_EQ(tileColumns(count, 9), columns) << count;
+    EXPECT_EQ(tileColumns(8, 3), 3);
+    EXPECT_EQ(tileColumns(4, 3), 2);
+    EXPECT_EQ(tileColumns(8, 0), 1);
 }
 
 } // namespace ostrivane
