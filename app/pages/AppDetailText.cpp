@@ -38,8 +38,8 @@ std::vector<Stat> absentStats(const QString& word, Tone tone) {
 }
 
 Column figures(std::string_view id, QString title, int width,
-               std::function<std::optional<double>(const ProcessSnapshot&)> figure,
-               std::function<std::string(double)> words) {
+               const std::function<std::optional<double>(const ProcessSnapshot&)>& figure,
+               const std::function<std::string(double)>& words) {
     Column column{.id = id,
                   .title = std::move(title),
                   .isNumeric = true,

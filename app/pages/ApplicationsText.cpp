@@ -23,8 +23,8 @@ constexpr int figureWidth = 94;
 using Column = TableColumn<ApplicationRow>;
 
 /// A column of figures whose highest stand first.
-Column figures(ApplicationSort sort, std::function<std::optional<double>(const ApplicationRow&)> figure,
-               std::function<std::string(std::optional<double>)> words) {
+Column figures(ApplicationSort sort, const std::function<std::optional<double>(const ApplicationRow&)>& figure,
+               const std::function<std::string(std::optional<double>)>& words) {
     Column column{.id = rawValue(sort), .title = title(sort), .isNumeric = true, .width = figureWidth};
     column.text = [figure, words](const ApplicationRow& row) { return text(words(figure(row))); };
     column.sortKey = [figure](const ApplicationRow& row) {
