@@ -136,10 +136,14 @@ bool ProcessesPage::closeDetail() {
 }
 
 void ProcessesPage::wake() {
-    // A page that leads here shows what it leads to.
+    // A page that leads here shows what it leads to, whatever was filtered when this one was left.
     const ProcessSnapshot* process = selected();
-    if (process && !rows->indexOf(process->pid) && rows->rowCount() > 0)
+    if (process && model().selectedProcessPID() != leftWith && isFiltered())
         clearFilter();
+}
+
+void ProcessesPage::sleep() {
+    leftWith = model().selectedProcessPID();
 }
 
 void ProcessesPage::narrowChanged() {

@@ -29,6 +29,7 @@ public:
 protected:
     void refresh(const ModelChanges& changes) override;
     void wake() override;
+    void sleep() override;
     void narrowChanged() override;
 
 private:
@@ -59,6 +60,7 @@ private:
     TextLabel* note = nullptr;
     TextLabel* restricted = nullptr;
     std::optional<ProcessSnapshot> lastSelected; ///< as it was seen last
+    std::optional<std::int32_t> leftWith;        ///< selected when the page was left
 };
 
 } // namespace ostrivane
