@@ -198,9 +198,9 @@ void SessionsPage::showRecording() {
 /// A session that ended here is shown at once, before the history has its row.
 void SessionsPage::takeLast() {
     const auto& last = state().lastSessionSummary;
-    if (!last || lastEnd == last->end)
+    if (!last || last == lastTaken)
         return;
-    lastEnd = last->end;
+    lastTaken = last;
     showsLast = true;
     chosen.reset();
     list->choose(std::nullopt);

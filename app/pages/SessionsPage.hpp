@@ -66,8 +66,8 @@ private:
     std::vector<StoredSession> stored; ///< without the one under way
     bool hasAnswer = false;
     std::optional<std::int64_t> chosen;
-    bool showsLast = false;      ///< the session that ended last, while its row is not known
-    std::optional<Date> lastEnd; ///< of that
+    bool showsLast = false;                  ///< the session that ended last, while its row is not known
+    std::optional<SessionSummary> lastTaken; ///< the last one that was shown at once
 };
 
 } // namespace ostrivane

@@ -207,12 +207,12 @@ sessionAppColumns(std::function<std::optional<std::string>(const std::string& ke
     const Words energy = [](double joules) { return SumText::energy(joules / SumText::joulesPerWattHour); };
     return {name,
             figure("cpu", QStringLiteral("CPU"), 70, &Line::avgCPU, Formatters::cpu),
-            figure("memory", QStringLiteral("Peak memory"), 96, &Line::peakMemory, memory),
-            figure("change", QStringLiteral("Change"), 92, &Line::memoryChange, change),
+            figure("memory", QStringLiteral("Peak memory"), 112, &Line::peakMemory, memory),
+            figure("change", QStringLiteral("Change"), 88, &Line::memoryChange, change),
             figure("energy", QStringLiteral("Energy"), 76, &Line::energyJ, energy),
             figure("written", QStringLiteral("Written"), 76, &Line::diskWrite, SumText::amount),
-            figure("network", QStringLiteral("Network"), 76, &Line::network, SumText::amount),
-            figure("present", QStringLiteral("Present"), 70, &Line::presentFraction, percent)};
+            figure("network", QStringLiteral("Network"), 80, &Line::network, SumText::amount),
+            figure("present", QStringLiteral("Present"), 84, &Line::presentFraction, percent)};
 }
 
 std::vector<TableColumn<const SessionSummary::ProcessLine*>> sessionProcessColumns() {

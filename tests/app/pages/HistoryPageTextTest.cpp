@@ -69,7 +69,7 @@ TEST(HistoryPageTextTest, sumsUpARangeOfRowsOfUnequalLength) {
     EXPECT_EQ(cpu.value, QStringLiteral("11%")) << "weighed by time";
     EXPECT_EQ(cpu.detail, QStringLiteral("peak 90%"));
     const HistoryStrip& network = *stripOf(strips, HistoryMetric::network);
-    EXPECT_EQ(network.value, QStringLiteral("3.60 GB"));
+    EXPECT_EQ(network.value, QStringLiteral("3.6 GB"));
     EXPECT_EQ(network.remark, QStringLiteral("in"));
     EXPECT_EQ(network.detail, QStringLiteral("— out")) << "nothing is claimed of the other direction";
     ASSERT_EQ(network.lines.size(), 1U);

@@ -18,8 +18,9 @@ namespace {
 class SessionsPageTest : public testing::Test {
 protected:
     bool shows(const char* words) const {
-        return std::ranges::any_of(page.findChildren<TextLabel*>(), [&](const TextLabel* label) {
-            return label->isVisible() && label->text().startsWith(QString::fromUtf8(words));
+        return std::ranges::any_of(page.findChildren<QWidget*>(), [&](const QWidget* widget) {
+            const auto* label = dynamic_cast<const TextLabel*>(widget);
+            return label && label->isVisible() && label->text().startsWith(QString::fromUtf8(words));
         });
     }
     void record(const char* name) {

@@ -38,7 +38,7 @@ class SessionsTextTest : public testing::Test {
 TEST_F(SessionsTextTest, showsTwelveFiguresAndADashForEachThatNobodyMeasured) {
     const SessionText shown = presentSession(stored(summary()), now);
     EXPECT_EQ(shown.name, QStringLiteral("Release 2.4"));
-    EXPECT_EQ(shown.when, QStringLiteral("Today, 20:13 to 21:13 · 1h 0m · 4812 samples"));
+    EXPECT_EQ(shown.when, QStringLiteral("Today, 20:13 to 21:13 · 1h · 4812 samples"));
     EXPECT_TRUE(shown.problem.isEmpty());
     EXPECT_EQ(shown.opened, QStringLiteral("Figma, Ollama"));
     EXPECT_TRUE(shown.quit.isEmpty());
@@ -69,9 +69,9 @@ TEST_F(SessionsTextTest, saysWhyThereAreNoFigures) {
     damaged.summaryJSON = "{\"name\": 3";
     const SessionText unreadable = presentSession(damaged, now);
     EXPECT_EQ(unreadable.problem, QStringLiteral("Its summary cannot be read."));
-    EXPECT_EQ(unreadable.when, QStringLiteral("Today, 20:13 to 21:13 · 1h 0m"));
+    EXPECT_EQ(unreadable.when, QStringLiteral("Today, 20:13 to 21:13 · 1h"));
     EXPECT_FALSE(unreadable.summary);
-    EXPECT_EQ(presentSessionRow(damaged, now).duration, QStringLiteral("1h 0m"));
+    EXPECT_EQ(presentSessionRow(damaged, now).duration, QStringLiteral("1h"));
 
     StoredSession open = damaged;
     open.end.reset();
@@ -86,11 +86,11 @@ TEST_F(SessionsTextTest, tellsOfTheOneUnderWayWhatIsKnown) {
     soFar.name = "Refactoring\u202e";
     RecordingText shown = presentRecording(soFar);
     EXPECT_EQ(shown.title, QStringLiteral("Recording “Refactoring<U+202E>”"));
-    EXPECT_EQ(shown.figures, QStringLiteral("for 1h 0m · CPU 34% average, 98% peak · 22.0 GB memory"));
+    EXPECT_EQ(shown.figures, QStringLiteral("for 1h · CPU 34% average, 98% peak · 22.0 GB memory"));
     soFar.systemPower = SessionSummary::Stat{.average = 19.8, .peak = 41};
     EXPECT_TRUE(presentRecording(soFar).figures.endsWith(QStringLiteral(" · 19.8 W power")));
     soFar.samples = 0;
-    EXPECT_EQ(presentRecording(soFar).figures, QStringLiteral("for 1h 0m"));
+    EXPECT_EQ(presentRecording(soFar).figures, QStringLiteral("for 1h"));
 }
 
 TEST_F(SessionsTextTest, knowsItsRowByNameAndWholeSecondOfTheBeginning) {
