@@ -26,14 +26,15 @@ namespace {
 /// The only one of its kind in a page that can be seen; null where there is none.
 template <class Widget>
 Widget* seen(const QWidget& page) {
-    for (Widget* found : page.findChildren<Widget*>())
-        if (found->isVisible())
+    for (QWidget* child : page.findChildren<QWidget*>())
+        if (auto* found = dynamic_cast<Widget*>(child); found && found->isVisible())
             return found;
     return nullptr;
 }
 
 void pickRange(const QWidget& page, int index) {
     auto* control = page.findChild<RangePicker*>()->findChild<SegmentedControl*>();
+    ASSERT_NE(control, nullptr);
     control->setIndex(index);
     Q_EMIT control->indexChosen(index);
 }
@@ -93,7 +94,9 @@ TEST(CPUPageTest, TakesTheChoiceOfApplications) {
 
 TEST(ResourcePageTest, ChartsFollowThePickedRange) {
     PageHarness harness;
-    harness.play(troubledDay, 200);
+    harness.play(troubledDay, 100);
+    for (std::size_t tick = 0; tick < 100; ++tick)
+        harness.model->history().ingest(recordedSnapshots(troubledDay)[tick]);
     CPUPage page(harness.page);
     harness.show(page);
     EXPECT_NE(seen<LiveChart>(page), nullptr);

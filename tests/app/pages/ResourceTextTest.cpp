@@ -276,6 +276,7 @@ TEST(HistoryPointsTest, AbsentFiguresLeaveGaps) {
 TEST(RangeTextTest, NamesTheReachOfAChart) {
     EXPECT_EQ(rangeText(std::nullopt, 1).toStdString(), "Last 5 minutes, every second");
     EXPECT_EQ(rangeText(std::nullopt, 2).toStdString(), "Last 5 minutes, every 2 s");
+    EXPECT_EQ(rangeText(HistoryRange::hour1, 2).toStdString(), "Last hour");
     EXPECT_EQ(rangeText(HistoryRange::days7, 2).toStdString(), "Last 7 days");
 }
 
