@@ -6,7 +6,8 @@ endif()
 
 find_program(OSTRIVANE_CCACHE ccache)
 if(OSTRIVANE_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${OSTRIVANE_CCACHE}")
+  # Precompiled headers are told apart by their content, as everything else is.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros "${OSTRIVANE_CCACHE}")
 endif()
 
 add_library(ostrivane_options INTERFACE)

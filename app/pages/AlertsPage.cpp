@@ -26,6 +26,7 @@ namespace ostrivane {
 namespace {
 
 constexpr double rulesWidth = 436;
+constexpr double leastWithLabel = 560; ///< of the page, for the words beside its switch
 
 } // namespace
 
@@ -49,11 +50,12 @@ AlertsPage::AlertsPage(PageContext& given, QWidget* parent) : PageView(Page::ale
 }
 
 void AlertsPage::makeHeader() {
-    auto* label = new TextLabel(TypeRole::secondary, Tone::text2, this);
-    label->setText(tr("Notifications"));
-    label->setElideMode(Qt::ElideNone);
-    addHeaderControl(label);
+    notificationsLabel = new TextLabel(TypeRole::secondary, Tone::text2, this);
+    notificationsLabel->setText(tr("Notifications"));
+    notificationsLabel->setElideMode(Qt::ElideNone);
+    addHeaderControl(notificationsLabel);
     notifications = new Switch(tr("Notifications"), this);
+    notifications->setToolTip(tr("Notifications"));
     connect(notifications, &QAbstractButton::clicked, this,
             [this](bool isOn) { model().settings().set(&Preferences::notificationsEnabled, isOn); });
     addHeaderControl(notifications);
@@ -97,6 +99,11 @@ QWidget* AlertsPage::makeHistory() {
 
 void AlertsPage::narrowChanged() {
     arrange();
+}
+
+void AlertsPage::resizeEvent(QResizeEvent* resized) {
+    PageView::resizeEvent(resized);
+    notificationsLabel->setVisible(width() >= Type::px(leastWithLabel));
 }
 
 void AlertsPage::arrange() {

@@ -29,6 +29,7 @@ protected:
     void wake() override;
     void sleep() override;
     void narrowChanged() override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void makeHeader();
@@ -43,6 +44,7 @@ private:
 
     Subscription watchingSettings;
     Date shownDay; ///< the midnight that the names of the days were made by
+    TextLabel* notificationsLabel = nullptr;
     Switch* notifications = nullptr;
     PushButton* clearButton = nullptr;
     SegmentedControl* tabs = nullptr; ///< where the window is narrow

@@ -65,10 +65,16 @@ Page pageOf(AlertKind kind) {
 
 std::vector<AlertLine> alertLines(const std::vector<Alert>& alerts, AlertFilter filter, Date now) {
     std::vector<AlertLine> lines;
+    Date start;  // of the day of the alert before
+    Date latest; // the alert before
     for (const Alert& alert : alerts) {
         if (!passes(alert, filter))
             continue;
-        const auto dayStart = static_cast<std::int64_t>(Calendar::startOfDay(alert.date).seconds);
+        const bool isSameDay = !lines.empty() && alert.date >= start && alert.date <= latest; // the calendar is slow
+        latest = alert.date;
+        if (!isSameDay)
+            start = Calendar::startOfDay(alert.date);
+        const auto dayStart = static_cast<std::int64_t>(start.seconds);
         if (lines.empty() || lines.back().dayStart != dayStart)
             lines.push_back({.id = std::nullopt, .dayStart = dayStart, .title = DayText::day(alert.date, now)});
         lines.push_back({.id = alert.id,

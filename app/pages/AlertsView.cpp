@@ -142,16 +142,10 @@ AlertsView::AlertsView(AlertLines* shown, QWidget* parent) : QListView(parent), 
     connect(this, &QListView::clicked, this, &AlertsView::opened);
 }
 
-std::optional<boost::uuids::uuid> AlertsView::chosen() const {
-    const auto selected = selectionModel()->selectedIndexes();
-    const AlertLine* line = selected.isEmpty() ? nullptr : lines->line(selected.first());
-    return line ? line->id : std::nullopt;
-}
-
 void AlertsView::keyPressEvent(QKeyEvent* pressed) {
     const bool opens = pressed->key() == Qt::Key_Return || pressed->key() == Qt::Key_Enter;
-    if (opens && chosen())
-        Q_EMIT opened(selectionModel()->selectedIndexes().first());
+    if (opens && currentIndex().isValid())
+        Q_EMIT opened(currentIndex());
     else
         QListView::keyPressEvent(pressed);
 }

@@ -2,10 +2,6 @@
 
 #include <QListView>
 
-#include <optional>
-
-#include <boost/uuid/uuid.hpp>
-
 namespace ostrivane {
 
 class AlertLines;
@@ -15,8 +11,6 @@ class AlertsView final : public QListView {
     Q_OBJECT
 public:
     explicit AlertsView(AlertLines* lines, QWidget* parent = nullptr);
-    /// The one that is selected.
-    std::optional<boost::uuids::uuid> chosen() const;
 
 Q_SIGNALS:
     void opened(const QModelIndex& index);

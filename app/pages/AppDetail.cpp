@@ -9,12 +9,14 @@
 #include "app/widgets/TableView.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Type.hpp"
+#include "core/model/Formatters.hpp"
 
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QPointer>
 #include <QScrollArea>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrivane {
@@ -182,6 +184,9 @@ void AppDetail::refresh() {
     const AppDetailText shown = presentAppDetail(state, app);
     summary->setText(shown.summary);
     stats->set(shown.stats);
+    const bool hasLongWords =
+        std::ranges::any_of(shown.stats, [](const Stat& stat) { return stat.value == text(Formatters::unavailable); });
+    stats->setColumns(hasLongWords && !isAlone ? 2 : 4);
     processes->assign(app ? state.processes(*app) : std::vector<const ProcessSnapshot*>(), state.snapshot);
 }
 
@@ -190,8 +195,10 @@ void AppDetail::setAwake(bool awake) {
 }
 
 void AppDetail::setAlone(bool alone) {
+    isAlone = alone;
     closer->setVisible(!alone);
     history->setSideBySide(alone);
+    refresh();
 }
 
 } // namespace ostrivane

@@ -50,6 +50,7 @@ private:
 
     PageContext& context;
     std::optional<AppHead> head;
+    bool isAlone = false;
     class AppIcon;
     AppIcon* icon = nullptr;
     TextLabel* name = nullptr;

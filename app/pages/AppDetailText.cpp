@@ -110,7 +110,7 @@ std::vector<TableColumn<const ProcessSnapshot*>> appProcessColumns() {
         [](const ProcessSnapshot& process) { return isHidden(process) ? std::nullopt : std::optional(process.cpu); },
         [](double cores) { return Formatters::cpu(cores); });
     Column memory = figures(
-        "memory", QStringLiteral("Memory"), 82,
+        "memory", QStringLiteral("Memory"), 92,
         [](const ProcessSnapshot& process) {
             return isHidden(process) ? std::nullopt : std::optional(static_cast<double>(process.memory));
         },

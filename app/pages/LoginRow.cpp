@@ -31,6 +31,11 @@ LoginRow::LoginRow(PageContext& given, QWidget* parent) : QWidget(parent), conte
     refresh();
 }
 
+void LoginRow::setFlush() {
+    row->setFlush();
+    note->setContentsMargins(0, 0, 0, Type::px(6));
+}
+
 void LoginRow::refresh() {
     const LoginItem::State state = context.loginItem.state();
     toggle->setChecked(state == LoginItem::State::on);

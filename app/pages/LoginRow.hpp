@@ -16,6 +16,7 @@ public:
     explicit LoginRow(PageContext& context, QWidget* parent = nullptr);
     /// Asks the system again.
     void refresh();
+    void setFlush(); ///< as `SettingRow::setFlush`
     Switch* control() const { return toggle; }
 
 private:

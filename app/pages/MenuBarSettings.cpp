@@ -35,7 +35,7 @@ QWidget* MenuBarSettings::makeLayout(SettingsControls& controls) {
     auto* group = new SettingsGroup(tr("Layout"), this);
     group->add(tr("Show"), {},
                controls.oneOf(tr("Layout of the menu bar"), titles<MenuBarLayout>(), &Preferences::menuBarLayout));
-    group->add(tr("Temperature source"), tr("The reading that the Overview and the temperature item show"),
+    group->add(tr("Temperature source"), tr("For the Overview and the item"),
                controls.oneOf(tr("Temperature source"), titles<TemperatureSource>(), &Preferences::temperatureSource));
     return group;
 }

@@ -44,6 +44,10 @@ void SettingRow::setDetail(const QString& detail) {
     setMinimumHeight(Type::px(detail.isEmpty() ? lowRow : highRow));
 }
 
+void SettingRow::setFlush() {
+    layout()->setContentsMargins(0, Type::px(4), 0, Type::px(4));
+}
+
 SettingsGroup::SettingsGroup(const QString& title, QWidget* parent) : QWidget(parent) {
     auto* label = new TextLabel(TypeRole::cardTitle, Tone::text, this);
     label->setText(title);

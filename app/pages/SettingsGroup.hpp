@@ -17,6 +17,8 @@ public:
     /// @param control  null: the line only tells something
     SettingRow(const QString& title, const QString& detail, QWidget* control, QWidget* parent = nullptr);
     void setDetail(const QString& detail); ///< empty: none
+    /// Without padding at its ends: for a line outside of a card.
+    void setFlush();
 
 private:
     TextLabel* remark = nullptr;

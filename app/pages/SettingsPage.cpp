@@ -46,6 +46,7 @@ SettingsPage::SettingsPage(PageContext& given, QWidget* parent) : PageView(Page:
     data = new DataSettings(context, *controls, body);
     views = {general, menuBar, makeSamplingSettings(*controls, body), data, makeUpdateSettings(*controls, body)};
     auto* column = new QVBoxLayout(body);
+    column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     for (SettingsColumns* view : views)
         column->addWidget(view);

@@ -26,8 +26,8 @@ inline constexpr std::string_view trayLater =
     "Ostrivane has no icon in the menu bar or tray yet. What you choose here is kept for it.";
 inline constexpr std::string_view updatesLater =
     "Ostrivane does not look for new versions yet. What you choose here is kept for when it does.";
-inline constexpr std::string_view projectsLater = "Used once the Projects and Ports pages are there";
-inline constexpr std::string_view organizerLater = "Used once the Organizer page is there";
+inline constexpr std::string_view projectsLater = "For the Projects and Ports pages to come";
+inline constexpr std::string_view organizerLater = "For the Organizer page to come";
 
 /// A figure of the menu bar: its name, its icon, and what it is now; "…" ahead of the first sample.
 std::string_view name(MenuMetric metric);

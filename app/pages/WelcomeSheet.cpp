@@ -83,6 +83,7 @@ WelcomeSheet::WelcomeSheet(PageContext& given, QWidget* parent) : QWidget(parent
     panel = scroll;
     stops = {login->control(), notifications, settings, start};
     parent->installEventFilter(this);
+    content->installEventFilter(this);
     setGeometry(parent->rect());
     place();
 }
@@ -126,15 +127,17 @@ void WelcomeSheet::addPoints(QVBoxLayout& column) {
 
 void WelcomeSheet::addChoices(QVBoxLayout& column) {
     auto* rows = new QVBoxLayout;
-    rows->setContentsMargins(-Type::px(14), 0, -Type::px(14), 0); // in line with what is above
     rows->setSpacing(0);
     login = new LoginRow(context, content);
+    login->setFlush();
     rows->addWidget(login);
     const QString wording = tr("Notify me when something needs attention");
     notifications = new Switch(wording, content);
     connect(notifications, &QAbstractButton::clicked, this,
             [this](bool isOn) { context.model.settings().set(&Preferences::notificationsEnabled, isOn); });
-    rows->addWidget(new SettingRow(wording, {}, notifications, content));
+    auto* row = new SettingRow(wording, {}, notifications, content);
+    row->setFlush();
+    rows->addWidget(row);
     column.addLayout(rows);
 }
 
@@ -171,6 +174,8 @@ void WelcomeSheet::place() {
 bool WelcomeSheet::eventFilter(QObject* watched, QEvent* happened) {
     if (watched == parent() && happened->type() == QEvent::Resize)
         setGeometry(parentWidget()->rect());
+    if (watched == content && happened->type() == QEvent::LayoutRequest)
+        place();
     return QWidget::eventFilter(watched, happened);
 }
 
@@ -186,8 +191,6 @@ bool WelcomeSheet::event(QEvent* happened) {
         happened->accept();
         return true;
     }
-    if (happened->type() == QEvent::LayoutRequest)
-        place();
     return QWidget::event(happened);
 }
 
@@ -207,6 +210,7 @@ void WelcomeSheet::showEvent(QShowEvent* shown) {
         [this] { notifications->setChecked(context.model.settings()->notificationsEnabled); });
     notifications->setChecked(context.model.settings()->notificationsEnabled);
     login->refresh();
+    place();
     watchingFocus = connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now && now->window() == window() && !isAncestorOf(now))
             start->setFocus(Qt::OtherFocusReason);

@@ -43,7 +43,11 @@ AppIconFinder& AppIconFinder::instance() {
 
 QString AppIconFinder::iconNameOf(std::string_view desktopEntry) {
     const auto group = KeyFile::group(desktopEntry, "Desktop Entry");
-    return group ? text(KeyFile::text(KeyFile::value(*group, "Icon"))) : QString();
+    QString name = group ? text(KeyFile::text(KeyFile::value(*group, "Icon"))) : QString();
+    for (const char16_t* ending : {u".png", u".svg", u".xpm"}) // as old entries name those of the theme
+        if (!name.startsWith(u'/') && name.endsWith(QStringView(ending)))
+            name.chop(4);
+    return name;
 }
 
 QIcon AppIconFinder::icon(const std::string& bundlePath) {

@@ -10,6 +10,7 @@ namespace ostrivane {
 
 /// A condition as glyph and word, on its own ground.
 class Badge final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Badge(QWidget* parent = nullptr);
     void set(Condition condition, const QString& word);
@@ -30,6 +31,7 @@ private:
 
 /// A word on a neutral ground, such as "Vite".
 class Tag final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Tag(const QString& word = {}, QWidget* parent = nullptr);
     void setWord(const QString& word); ///< hidden without one

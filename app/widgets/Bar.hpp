@@ -23,6 +23,7 @@ struct BarPart {
 
 /// Shares of a whole in a row; what no part takes is track.
 class Bar final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Bar(int height = 6, QWidget* parent = nullptr);
     void set(std::vector<BarPart> parts, const QString& name);

@@ -14,6 +14,7 @@ enum class ButtonKind { plain, primary, destructive, confirming };
 
 /// A push button as the style paints it.
 class PushButton final : public QPushButton {
+    Q_OBJECT
 public:
     explicit PushButton(const QString& text, ButtonKind kind = ButtonKind::plain, QWidget* parent = nullptr);
     ButtonKind kind() const { return meaning; }
@@ -36,6 +37,7 @@ private:
 
 /// A square button of one icon, 28 wide and high. `name` is its tooltip and what assistive programs call it.
 class IconButton final : public QAbstractButton {
+    Q_OBJECT
 public:
     IconButton(std::string_view icon, const QString& name, QWidget* parent = nullptr);
     QSize sizeHint() const override;
@@ -50,6 +52,7 @@ private:
 
 /// A text that leads somewhere.
 class LinkButton final : public QAbstractButton {
+    Q_OBJECT
 public:
     explicit LinkButton(const QString& text, QWidget* parent = nullptr);
     QSize sizeHint() const override;
@@ -61,6 +64,7 @@ protected:
 
 /// On or off, 32 by 18. Its accessible name must be set.
 class Switch final : public QAbstractButton {
+    Q_OBJECT
 public:
     explicit Switch(const QString& name, QWidget* parent = nullptr);
     QSize sizeHint() const override;

@@ -28,14 +28,16 @@ protected:
 
 Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
     headRow = new QWidget(this);
+    headRow->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     titleLabel = new TextLabel(TypeRole::cardTitle, Tone::text, headRow);
     noteLabel = new TextLabel(TypeRole::secondary, Tone::text2, headRow);
     titleLabel->setText(title);
+    noteLabel->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     noteLabel->hide();
     head = new QHBoxLayout(headRow);
     head->setSpacing(Type::px(8));
     head->addWidget(titleLabel);
-    head->addWidget(noteLabel);
+    head->addWidget(noteLabel, 1000); // gives way ahead of title and controls
     head->addStretch(1);
     content = new QVBoxLayout;
     content->setContentsMargins(0, 0, 0, 0);
@@ -46,6 +48,8 @@ Card::Card(const QString& title, QWidget* parent) : QWidget(parent) {
 }
 
 void Card::setTitle(const QString& title) {
+    if (title == titleLabel->text())
+        return;
     titleLabel->setText(title);
     layOut();
 }

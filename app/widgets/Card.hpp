@@ -13,6 +13,7 @@ class TextLabel;
 
 /// A flat sheet that holds one subject: a title, an optional note behind it, controls at the right, the body below.
 class Card final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Card(const QString& title = {}, QWidget* parent = nullptr);
 

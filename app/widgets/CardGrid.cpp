@@ -8,10 +8,11 @@
 
 namespace ostrivane {
 
-CardGrid::CardGrid(int columns, QWidget* parent) : QWidget(parent), count(std::max(1, columns)) {
+CardGrid::CardGrid(int columns, QWidget* parent) : QWidget(parent), gap(Type::px(12)), count(std::max(1, columns)) {
     grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setSpacing(Type::px(12));
+    grid->setHorizontalSpacing(0); // gaps are columns of their own, so that empty places keep theirs
+    grid->setVerticalSpacing(gap);
 }
 
 void CardGrid::add(QWidget* member, int columnSpan) {
@@ -40,7 +41,9 @@ void CardGrid::setShown(QWidget* member, bool shown) {
 }
 
 void CardGrid::setSpacing(int pixels) {
-    grid->setSpacing(pixels);
+    gap = pixels;
+    grid->setVerticalSpacing(gap);
+    layOut();
 }
 
 void CardGrid::setStretch(int column, int stretch) {
@@ -67,16 +70,17 @@ void CardGrid::layOut() {
             ++row;
             column = 0;
         }
-        grid->addWidget(member.widget, row, column, 1, span);
+        grid->addWidget(member.widget, row, 2 * column, 1, 2 * span - 1);
         column += span;
     }
-    const auto stretch = [this](int index) {
-        return static_cast<std::size_t>(index) < stretches.size() ? stretches[static_cast<std::size_t>(index)] : 1;
-    };
-    for (int index = 0; index < grid->columnCount(); ++index)
-        grid->setColumnStretch(index, index < count ? stretch(index) : 0);
-    for (int index = grid->columnCount(); index < count; ++index)
-        grid->setColumnStretch(index, stretch(index)); // a row that is not full leaves its place empty
+    const int used = 2 * count - 1;
+    for (int index = 0; index < std::max(used, grid->columnCount()); ++index) {
+        const bool isGap = index % 2 == 1;
+        const auto place = static_cast<std::size_t>(index / 2);
+        const int stretch = place < stretches.size() ? stretches[place] : 1;
+        grid->setColumnStretch(index, isGap || index >= used ? 0 : stretch);
+        grid->setColumnMinimumWidth(index, isGap && index < used ? gap : 0);
+    }
 }
 
 } // namespace ostrivane

@@ -10,6 +10,7 @@ namespace ostrivane {
 
 /// Lays its members in equal columns, row by row; those of one row are equally high. Hidden members leave no hole.
 class CardGrid final : public QWidget {
+    Q_OBJECT
 public:
     explicit CardGrid(int columns, QWidget* parent = nullptr);
 
@@ -31,6 +32,7 @@ private:
     void layOut();
 
     QGridLayout* grid = nullptr;
+    int gap;
     std::vector<Member> members;
     std::vector<int> stretches;
     int count;

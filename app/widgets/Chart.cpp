@@ -72,6 +72,7 @@ ChartSpace Chart::space() const {
 
 void Chart::setView(const View& view) {
     bounds = view;
+    scene = {};
     refreshGrid();
     followPointer();
     if (cursorTime && isByKeys)
@@ -88,7 +89,7 @@ void Chart::refreshGrid() {
     if (made == grid)
         return;
     grid = std::move(made);
-    backdrop = {};
+    dropPictures();
     update();
 }
 
@@ -120,43 +121,63 @@ void Chart::setShowsReadout(bool shows) {
 
 void Chart::setReservedLabel(const QString& widest) {
     reservedLabel = widest;
-    backdrop = {};
+    dropPictures();
     update();
 }
 
-void Chart::drawBackdrop() {
+QPixmap Chart::emptyPicture() const {
     const qreal ratio = devicePixelRatioF();
-    if (!backdrop.isNull() && backdrop.devicePixelRatio() == ratio)
-        return;
-    backdrop = QPixmap(size() * ratio);
-    backdrop.setDevicePixelRatio(ratio);
-    backdrop.fill(Qt::transparent);
-    QPainter painter(&backdrop);
-    ChartPaint::drawGrid(painter, space().plot, grid, width());
+    QPixmap made(size() * ratio);
+    made.setDevicePixelRatio(ratio);
+    made.fill(Qt::transparent);
+    return made;
+}
+
+void Chart::drawFigures(QPainter& painter) const {
+    painter.drawPixmap(0, 0, backdrop);
+    const ChartSpace shown = space();
+    painter.save();
+    painter.setClipRect(shown.plot.adjusted(0, -1, 0, 0), Qt::IntersectClip);
+    drawLines(painter, shown);
+    painter.restore();
+}
+
+void Chart::dropPictures() {
+    backdrop = {};
+    scene = {};
 }
 
 void Chart::paintEvent(QPaintEvent*) {
     if (size().isEmpty())
         return;
-    drawBackdrop();
-    const ChartSpace shown = space();
-    QPainter painter(this);
-    painter.drawPixmap(0, 0, backdrop);
-    painter.save();
-    painter.setClipRect(shown.plot.adjusted(0, -1, 0, 0), Qt::IntersectClip);
-    drawLines(painter, shown);
-    painter.restore();
-    if (cursorTime) {
-        const ChartReading told = reading(*cursorTime);
-        ChartReadout::drawCursor(painter, shown, told);
-        if (showsReadout)
-            ChartReadout::drawBox(painter, shown, told, QRectF(shown.plot.left(), 0, shown.plot.width(), height()));
+    if (backdrop.isNull() || backdrop.devicePixelRatio() != devicePixelRatioF()) {
+        dropPictures();
+        backdrop = emptyPicture();
+        QPainter grounding(&backdrop);
+        ChartPaint::drawGrid(grounding, space().plot, grid, width());
     }
+    QPainter painter(this);
+    if (!cursorTime) {
+        scene = {};
+        drawFigures(painter);
+        return;
+    }
+    if (scene.isNull()) {
+        scene = emptyPicture();
+        QPainter drawing(&scene);
+        drawFigures(drawing);
+    }
+    painter.drawPixmap(0, 0, scene);
+    const ChartSpace shown = space();
+    const ChartReading told = reading(*cursorTime);
+    ChartReadout::drawCursor(painter, shown, told);
+    if (showsReadout)
+        ChartReadout::drawBox(painter, shown, told, QRectF(shown.plot.left(), 0, shown.plot.width(), height()));
 }
 
 void Chart::resizeEvent(QResizeEvent*) {
     refreshGrid();
-    backdrop = {};
+    dropPictures();
 }
 
 void Chart::changeEvent(QEvent* event) {
@@ -166,7 +187,7 @@ void Chart::changeEvent(QEvent* event) {
     case QEvent::StyleChange:
     case QEvent::FontChange:
     case QEvent::ApplicationFontChange:
-        backdrop = {};
+        dropPictures();
         refreshGrid();
         updateGeometry();
         update();

@@ -73,13 +73,16 @@ private:
     int timesHeight() const;
     void refreshGrid();
     void updatePlot();
-    void drawBackdrop();
+    QPixmap emptyPicture() const;
+    void drawFigures(QPainter& painter) const;
+    void dropPictures();
     void followPointer();
     void moveCursor(std::optional<double> time);
 
     View bounds;
     ChartGrid grid;
-    QPixmap backdrop; ///< null: to be drawn
+    QPixmap backdrop; ///< grid and labels; null: to be drawn
+    QPixmap scene;    ///< all below the cursor while there is one, so that it moves at no cost; null: to be drawn
     QString reservedLabel;
     std::optional<double> cursorTime;
     std::optional<qreal> pointer; ///< where the pointer is, while it moves the cursor

@@ -63,17 +63,13 @@ double AxisScale::top(const ChartAxis& axis, double largest, double now) {
     const double wanted = fit(axis, largest);
     if (axis.kind != ChartAxis::Kind::open && axis.kind != ChartAxis::Kind::cores)
         return wanted;
-    if (wanted >= current) {
-        current = wanted;
-        lowSince = -1;
-    } else if (largest >= lowShare * current) {
-        lowSince = -1;
-    } else if (lowSince < 0 || now < lowSince) { // or the clock was set back
+    const bool isLow = wanted < current && largest < lowShare * current;
+    if (isLow && (lowSince < 0 || now < lowSince)) // or the clock was set back
         lowSince = now;
-    } else if (now - lowSince >= patience) {
+    if (wanted >= current || (isLow && now - lowSince >= patience))
         current = wanted;
+    if (!isLow || current == wanted)
         lowSince = -1;
-    }
     return current;
 }
 

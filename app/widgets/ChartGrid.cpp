@@ -114,18 +114,18 @@ std::vector<GridTime> spanTimes(double window, const QString& ending, int most) 
     if (!(window > 0))
         return {};
     const Unit unit = unitOf(window);
-    const double count = window / unit.seconds;
+    const double count = std::max(1.0, std::round(window)) / unit.seconds;
     const double step = stepOf(count, most, std::array{1.0, 2.0, 3.0, 4.0, 5.0, 6.0, 10.0, 15.0, 20.0, 30.0});
     const auto number = [](double value) { return QString::number(std::llround(value)); };
     std::vector<GridTime> times{{0, number(count) + QLatin1Char(' ') + unit.name + ending}};
-    for (double ago = std::ceil(count / step - 1) * step; ago > 0; ago -= step)
-        times.push_back({1 - ago / count, number(ago)});
+    for (int steps = static_cast<int>(std::ceil(count / step - 1)); steps > 0; --steps)
+        times.push_back({1 - steps * step / count, number(steps * step)});
     times.push_back({1, QStringLiteral("now")});
     return times;
 }
 
 std::vector<GridTime> clockTimes(double since, double until, int most) {
-    const double span = until - since;
+    const double span = std::round(until - since); // a difference of two instants is seldom a whole number
     if (!(span > 0))
         return {};
     std::vector<GridTime> times;
@@ -136,8 +136,8 @@ std::vector<GridTime> clockTimes(double since, double until, int most) {
         const double step = stepOf(span, most,
                                    std::array{minute, 5 * minute, 10 * minute, 15 * minute, 30 * minute, hour, 2 * hour,
                                               3 * hour, 4 * hour, 6 * hour, 12 * hour});
-        for (double ago = std::floor(span / step) * step; ago > 0; ago -= step)
-            times.push_back({1 - ago / span, ChartText::clock(until - ago)});
+        for (int steps = static_cast<int>(span / step); steps > 0; --steps)
+            times.push_back({1 - steps * step / span, ChartText::clock(until - steps * step)});
     }
     times.push_back({1, QStringLiteral("now")});
     return times;

@@ -5,6 +5,7 @@
 #include "app/widgets/ChartShape.hpp"
 
 #include <QColor>
+#include <QPolygonF>
 #include <QRectF>
 
 #include <span>
@@ -47,6 +48,12 @@ int axisWidth(const ChartGrid& grid);
 /// Lines, base line and labels, around `plot`. Labels of times that would touch one another are left out.
 /// @param width  of the widget
 void drawGrid(QPainter& painter, const QRectF& plot, const ChartGrid& grid, qreal width);
+
+/// A line through points. Dashes are 4 long and 3 apart.
+void drawStroke(QPainter& painter, const QPolygonF& line, const QColor& colour, qreal width, bool isDashed);
+
+/// The ground between a line and its base. Its upper edge is rough: the line goes over it.
+void drawArea(QPainter& painter, const QPolygonF& outline, const QColor& colour);
 
 /// @param floor  what the area stands on: a line below, or else the value 0
 void drawRun(QPainter& painter, const ChartSpace& space, std::span<const TimedValue> run, const RunLook& look,

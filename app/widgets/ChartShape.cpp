@@ -87,8 +87,7 @@ Run thinned(std::span<const TimedValue> run, double since, double until, double 
 std::vector<double> timesWithin(double since, double until, std::vector<double> times) {
     std::erase_if(times, [&](double time) { return time < since || time > until; });
     std::ranges::sort(times);
-    const auto repeated = std::ranges::unique(times);
-    times.erase(repeated.begin(), repeated.end());
+    times.erase(std::unique(times.begin(), times.end()), times.end());
     return times;
 }
 

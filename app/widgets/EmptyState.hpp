@@ -34,6 +34,7 @@ private:
 
 /// A line that says why a figure is missing, with the sign for information.
 class InfoNote final : public QWidget {
+    Q_OBJECT
 public:
     explicit InfoNote(QWidget* parent = nullptr);
     void setText(const QString& text); ///< hidden when empty

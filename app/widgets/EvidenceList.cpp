@@ -33,12 +33,13 @@ struct Places {
     QRect chevron;
 };
 
-Places placesOf(const EvidenceRow& row, const QRect& place) {
+/// @param hasChevrons  some row of the list has one, and all keep its room
+Places placesOf(const EvidenceRow& row, const QRect& place, bool hasChevrons) {
     Places places;
     const int tile = Type::px(tileSize);
     places.tile = {place.left(), place.top() + (place.height() - tile) / 2, tile, tile};
     int end = place.right() + 1;
-    if (row.leadsSomewhere) {
+    if (hasChevrons) {
         end -= Type::px(chevronRoom);
         places.chevron = {end, place.top(), Type::px(chevronRoom), place.height()};
     }
@@ -55,11 +56,6 @@ Places placesOf(const EvidenceRow& row, const QRect& place) {
     places.title = {left, top, std::max(0, end - left), title};
     places.evidence = {left, top + title - 1, std::max(0, end - left), evidence};
     return places;
-}
-
-/// A notice is no alarm: it is tinted, and what only informs is grey.
-StatusColours coloursOf(Condition condition) {
-    return Theme::current().colours(condition);
 }
 
 void drawChevron(QPainter& painter, const QRect& place, bool mirrored) {
@@ -154,8 +150,8 @@ void EvidenceList::paintEvent(QPaintEvent* event) {
         painter.fillRect(QRect(0, place.top(), width(), 1), theme.separator);
         if (index == hovered && row.leadsSomewhere)
             painter.fillRect(place.adjusted(0, 1, 0, 0), theme.hover);
-        const Places places = placesOf(row, place);
-        const StatusColours colours = coloursOf(row.condition);
+        const Places places = placesOf(row, place, focusPolicy() != Qt::NoFocus);
+        const StatusColours colours = theme.colours(row.condition);
         const QRect tile = visual(places.tile);
         Paint::sheet(painter, tile, Type::px(6), colours.ground);
         const int sign = Type::px(iconSize);
@@ -229,7 +225,7 @@ bool EvidenceList::event(QEvent* event) {
     if (index < 0)
         return QWidget::event(event);
     const EvidenceRow& row = shown[static_cast<std::size_t>(index)];
-    const int room = placesOf(row, accessibleItemRect(index)).title.width();
+    const int room = placesOf(row, accessibleItemRect(index), focusPolicy() != Qt::NoFocus).title.width();
     if (Paint::textWidth(Type::font(TypeRole::tableStrong), row.title) <= room &&
         Paint::textWidth(Type::font(TypeRole::tableHead), row.evidence) <= room)
         return QWidget::event(event);

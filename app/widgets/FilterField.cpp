@@ -71,7 +71,7 @@ void FilterField::placeParts() {
     const int room = Type::px(buttonRoom);
     const QRect button(width() - room, (height() - Type::px(24)) / 2, Type::px(24), Type::px(24));
     clearButton->setGeometry(QStyle::visualRect(layoutDirection(), rect(), button));
-    const int hint = shortcut.isEmpty() ? 0 : Paint::textWidth(Type::font(TypeRole::caption), shortcut) + Type::px(8);
+    const int hint = shortcut.isEmpty() ? 0 : Paint::textWidth(Type::font(TypeRole::caption), shortcut) + Type::px(14);
     const int end = text().isEmpty() ? hint : room - Type::px(4);
     const bool mirrored = layoutDirection() == Qt::RightToLeft;
     const int start = Type::px(textStart);

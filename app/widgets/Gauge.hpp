@@ -10,6 +10,7 @@ namespace ostrivane {
 
 /// A part of a whole as an arc of 270 degrees, coloured by condition, with its figure and a caption in the middle.
 class Gauge final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Gauge(QWidget* parent = nullptr);
     /// @param fraction  0 to 1

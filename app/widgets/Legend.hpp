@@ -22,6 +22,7 @@ struct LegendEntry {
 
 /// What the colours of a chart stand for, in one row. What does not fit is left out from the end.
 class Legend final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit Legend(QWidget* parent = nullptr);
     void set(std::vector<LegendEntry> entries);

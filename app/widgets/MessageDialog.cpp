@@ -22,6 +22,7 @@ constexpr std::size_t mostItems = 5;
 MessageDialog::MessageDialog(const MessageText& text, QWidget* parent) : QDialog(parent) {
     setWindowTitle(QGuiApplication::applicationDisplayName());
     setWindowModality(Qt::ApplicationModal);
+    setBackgroundRole(QPalette::Base);
     setAccessibleName(text.heading);
     setAccessibleDescription(text.text);
 

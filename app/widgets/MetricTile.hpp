@@ -44,6 +44,7 @@ struct TileLine {
 
 /// A figure with its recent past along the lower edge; a button to its page. 116 high.
 class MetricTile final : public QAbstractButton, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit MetricTile(std::string icon, QWidget* parent = nullptr);
     void set(TileText text);

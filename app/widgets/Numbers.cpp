@@ -1,9 +1,11 @@
 #include "app/widgets/Numbers.hpp"
 
+#include "app/widgets/Paint.hpp"
+
 #include <QFontMetricsF>
-#include <QGuiApplication>
 #include <QHash>
 #include <QPainter>
+#include <QStyle>
 
 #include <algorithm>
 #include <array>
@@ -81,15 +83,11 @@ void draw(QPainter& painter, const QRectF& rect, const QFont& font, Qt::Alignmen
     painter.setFont(font);
     const Digits& digits = digitsOf(font);
     if (isPlain(digits, text)) {
-        painter.drawText(rect, static_cast<int>(alignment) | Qt::TextSingleLine | Qt::TextDontClip, text);
+        Paint::drawOneLine(painter, rect, alignment, text, Qt::TextDontClip);
         return;
     }
     const QFontMetricsF metrics(font);
-    const Qt::Alignment side = QGuiApplication::layoutDirection() == Qt::RightToLeft && !(alignment & Qt::AlignAbsolute)
-                                   ? (alignment & Qt::AlignRight  ? Qt::AlignLeft
-                                      : alignment & Qt::AlignLeft ? Qt::AlignRight
-                                                                  : alignment)
-                                   : alignment;
+    const Qt::Alignment side = QStyle::visualAlignment(painter.layoutDirection(), alignment);
     const qreal wide = width(font, text);
     qreal x = side & Qt::AlignRight     ? rect.right() - wide
               : side & Qt::AlignHCenter ? rect.center().x() - wide / 2

@@ -2,6 +2,7 @@
 
 #include <QFontMetricsF>
 #include <QPainter>
+#include <QStyle>
 #include <QTextDocument>
 
 #include <cmath>
@@ -49,12 +50,20 @@ int textWidth(const QFont& font, const QString& text) {
     return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(bounded(text, Qt::ElideRight))));
 }
 
+void drawOneLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text, int flags) {
+    const Qt::LayoutDirection side = painter.layoutDirection();
+    const Qt::Alignment placed = QStyle::visualAlignment(side, alignment) | Qt::AlignAbsolute;
+    painter.setLayoutDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
+    painter.drawText(rect, static_cast<int>(placed) | Qt::TextSingleLine | flags, text);
+    painter.setLayoutDirection(side);
+}
+
 void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text, Qt::Alignment alignment,
           Qt::TextElideMode mode) {
     if (text.isEmpty() || rect.isEmpty())
         return;
     painter.setFont(font);
-    painter.drawText(rect, static_cast<int>(alignment) | Qt::TextSingleLine, elided(font, text, rect.width(), mode));
+    drawOneLine(painter, rect, alignment, elided(font, text, rect.width(), mode));
 }
 
 QString toolTip(const QString& plain) {

@@ -24,6 +24,10 @@ QString elided(const QFont& font, const QString& text, int width, Qt::TextElideM
 /// Pixels that a text takes in one line, rounded up.
 int textWidth(const QFont& font, const QString& text);
 
+/// One line of text in the painter's font and pen, with `flags` of the toolkit. Mirroring moves it to the other side;
+/// its words keep the order of their own script, so that "2.10 W" never reads "W 2.10".
+void drawOneLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text, int flags = 0);
+
 /// One line of text in the painter's pen, elided where it does not fit.
 void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text,
           Qt::Alignment alignment = Qt::AlignLeading | Qt::AlignVCenter, Qt::TextElideMode mode = Qt::ElideRight);

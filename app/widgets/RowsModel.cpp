@@ -169,12 +169,13 @@ std::optional<std::size_t> RowsModelBase::place(std::optional<std::size_t> known
 }
 
 void RowsModelBase::finish(bool settles) {
-    if (isHeld && !settles)
+    const bool keepsOrder = isHeld && !settles && !order.empty();
+    if (keepsOrder)
         for (const std::size_t slot : order)
             if (slots[slot].round != round && !gone.contains(slot))
                 keepRemains(slot);
     append(fresh);
-    if (isHeld && !settles)
+    if (keepsOrder)
         dropSurplus();
     else
         settle();

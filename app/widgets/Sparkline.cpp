@@ -1,10 +1,10 @@
 #include "app/widgets/Sparkline.hpp"
 
+#include "app/widgets/ChartPaint.hpp"
 #include "app/widgets/ChartText.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QPolygonF>
 
 #include <algorithm>
@@ -50,16 +50,9 @@ void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedV
             area.setAlphaF(static_cast<float>(areaOpacity));
             QPolygonF filled = line;
             filled << QPointF(line.last().x(), rect.bottom()) << QPointF(line.first().x(), rect.bottom());
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(area);
-            painter.drawPolygon(filled);
+            ChartPaint::drawArea(painter, filled, area);
         }
-        QPen pen(colour, lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::RoundJoin);
-        if (look.isDashed)
-            pen.setDashPattern({4 / lineWidth, 3 / lineWidth});
-        painter.setPen(pen);
-        painter.setBrush(Qt::NoBrush);
-        painter.drawPolyline(line);
+        ChartPaint::drawStroke(painter, line, colour, lineWidth, look.isDashed);
     }
     painter.restore();
 }

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <numeric>
 
 namespace ostrivane {
 
@@ -38,6 +40,11 @@ int captionStart(const Stat& stat) {
     return stat.series ? Type::px(square + squareGap) : 0;
 }
 
+int naturalWidth(const Stat& stat) {
+    return std::max(valueWidth(stat) + remarkWidth(stat),
+                    captionStart(stat) + Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption));
+}
+
 /// The colour of a text that may stand for a figure there is none of.
 QColor inkOf(const QString& value, Tone tone) {
     const bool isAbsent = value == QStringLiteral("—") || value == QStringLiteral("Unavailable");
@@ -54,12 +61,13 @@ void StatGrid::set(std::vector<Stat> figures) {
     if (figures == stats)
         return;
     const QSize before = minimumSizeHint();
-    const bool sameCount = figures.size() == stats.size();
+    const std::vector<int> widths = columnWidths();
     std::swap(stats, figures);
-    for (std::size_t index = 0; sameCount && index < stats.size(); ++index)
+    const bool isInPlace = figures.size() == stats.size() && columnWidths() == widths;
+    for (std::size_t index = 0; isInPlace && index < stats.size(); ++index)
         if (stats[index] != figures[index])
             update(cell(index));
-    if (!sameCount)
+    if (!isInPlace)
         update();
     if (minimumSizeHint() != before)
         updateGeometry();
@@ -76,8 +84,7 @@ void StatGrid::setColumns(int columnCount) {
 QSize StatGrid::sizeHint() const {
     int widest = 0;
     for (const Stat& stat : stats)
-        widest = std::max({widest, valueWidth(stat) + remarkWidth(stat),
-                           captionStart(stat) + Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption)});
+        widest = std::max(widest, naturalWidth(stat));
     return {columns * widest + (columns - 1) * Type::px(columnGap), minimumSizeHint().height()};
 }
 
@@ -97,12 +104,30 @@ QString StatGrid::accessibleLabel() const {
     return parts.join(QStringLiteral(", "));
 }
 
+/// Columns are as wide as each other, until that would cut one off while others have room to spare.
+std::vector<int> StatGrid::columnWidths() const {
+    const int room = width() - (columns - 1) * Type::px(columnGap);
+    const auto count = static_cast<std::size_t>(columns);
+    std::vector<int> natural(count, 0);
+    for (std::size_t index = 0; index < stats.size(); ++index)
+        natural[index % count] = std::max(natural[index % count], naturalWidth(stats[index]));
+    std::vector<int> widths(count, room / columns);
+    const int needed = std::accumulate(natural.begin(), natural.end(), 0);
+    if (needed > room || *std::max_element(natural.begin(), natural.end()) <= room / columns)
+        return widths;
+    const int spare = (room - needed) / columns;
+    std::transform(natural.begin(), natural.end(), widths.begin(), [&](int own) { return own + spare; });
+    return widths;
+}
+
 QRect StatGrid::cell(std::size_t index) const {
-    const int column = static_cast<int>(index) % columns;
+    const std::vector<int> widths = columnWidths();
+    const auto column = static_cast<std::ptrdiff_t>(index) % columns;
     const int row = static_cast<int>(index) / columns;
-    const int gap = Type::px(columnGap);
-    const int wide = (width() - (columns - 1) * gap) / columns;
-    const QRect place(column * (wide + gap), row * (rowHeight() + Type::px(rowGap)), wide, rowHeight());
+    const int left =
+        std::accumulate(widths.begin(), widths.begin() + column, 0) + static_cast<int>(column) * Type::px(columnGap);
+    const QRect place(left, row * (rowHeight() + Type::px(rowGap)), widths[static_cast<std::size_t>(column)],
+                      rowHeight());
     return QStyle::visualRect(layoutDirection(), rect(), place);
 }
 

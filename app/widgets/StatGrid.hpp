@@ -25,6 +25,7 @@ struct Stat {
 
 /// Figures in equal columns. Paints itself; setting equal figures paints nothing.
 class StatGrid final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit StatGrid(int columns, QWidget* parent = nullptr);
     void set(std::vector<Stat> stats);
@@ -38,6 +39,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    std::vector<int> columnWidths() const;
     QRect cell(std::size_t index) const;
 
     std::vector<Stat> stats;
@@ -55,6 +57,7 @@ struct KeyValue {
 
 /// Names at the left, values at the right, one below the other.
 class KeyValueList final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit KeyValueList(QWidget* parent = nullptr);
     void set(std::vector<KeyValue> lines);

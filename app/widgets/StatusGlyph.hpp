@@ -23,6 +23,7 @@ void drawStatusGlyph(QPainter& painter, const QRectF& rect, Condition condition)
 
 /// The same as a widget. `word` is what assistive programs are told.
 class StatusGlyph final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit StatusGlyph(Condition condition, int size = 14, QWidget* parent = nullptr);
     void set(Condition condition, const QString& word);

@@ -104,19 +104,15 @@ void drawMenuItem(QPainter& painter, const Item& option, bool showsMnemonics) {
     painter.setFont(font);
     const qsizetype tab = option.text.indexOf(u'\t');
     painter.setPen(ink);
-    painter.drawText(visual(room),
-                     static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignLeft | Qt::AlignVCenter)) |
-                         Qt::TextSingleLine | Qt::AlignAbsolute | mnemonicFlag(showsMnemonics),
-                     tab < 0 ? option.text : option.text.left(tab));
+    painter.setLayoutDirection(option.direction);
+    Paint::drawOneLine(painter, visual(room), Qt::AlignLeading | Qt::AlignVCenter,
+                       tab < 0 ? option.text : option.text.left(tab), mnemonicFlag(showsMnemonics));
     if (tab < 0)
         return;
     painter.setPen(theme.text3);
     if (isEnabled && (option.state & QStyle::State_Selected))
         painter.setPen(theme.text2);
-    painter.drawText(visual(room),
-                     static_cast<int>(QStyle::visualAlignment(option.direction, Qt::AlignRight | Qt::AlignVCenter)) |
-                         Qt::TextSingleLine | Qt::AlignAbsolute,
-                     option.text.mid(tab + 1));
+    Paint::drawOneLine(painter, visual(room), Qt::AlignTrailing | Qt::AlignVCenter, option.text.mid(tab + 1));
 }
 
 void drawMenuBarItem(QPainter& painter, const Item& option, bool showsMnemonics) {

@@ -28,6 +28,7 @@ namespace {
 constexpr double plainRow = 28;
 constexpr double denseRow = 25;
 constexpr double comfortableWords = 200;
+constexpr double denseWords = 160;
 constexpr double leastWords = 120;
 
 } // namespace
@@ -304,8 +305,8 @@ void TableView::applyColumns() {
         wishes.push_back({Type::px(width), facts.isNumeric});
         columns.push_back(column);
     }
-    const std::vector<int> widths =
-        columnWidths(wishes, viewport()->width(), Type::px(comfortableWords), Type::px(leastWords));
+    const std::vector<int> widths = columnWidths(
+        wishes, viewport()->width(), Type::px(parts->isDense ? denseWords : comfortableWords), Type::px(leastWords));
     for (std::size_t at = 0; at < columns.size(); ++at)
         if (columnWidth(columns[at]) != widths[at])
             setColumnWidth(columns[at], widths[at]);

@@ -27,6 +27,7 @@ int breakLines(const QFont& font, const QString& text, int width, const std::fun
     QTextLayout layout(plain, font);
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setTextDirection(plain.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     layout.setTextOption(option);
     layout.beginLayout();
     std::vector<QTextLine> lines;
@@ -160,7 +161,8 @@ void TextLabel::paintEvent(QPaintEvent*) {
     breakLines(font, shown, width(), [&](const QTextLine& laid, int index) {
         const qreal slack = width() - laid.naturalTextWidth();
         const qreal x = side & Qt::AlignRight ? slack : side & Qt::AlignHCenter ? slack / 2 : 0;
-        laid.draw(&painter, QPointF(x - laid.x(), top + index * line + (line - laid.height()) / 2 - laid.y()));
+        laid.draw(&painter, QPointF(x - laid.naturalTextRect().left(),
+                                    top + index * line + (line - laid.height()) / 2 - laid.y()));
     });
 }
 

@@ -11,6 +11,7 @@ namespace ostrivane {
 /// A piece of plain text in the theme's colours. Says its text to assistive programs. Setting the same text again does
 /// nothing. Text that does not fit is elided and then has a tooltip, unless it wraps.
 class TextLabel final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     explicit TextLabel(TypeRole role = TypeRole::body, Tone tone = Tone::text, QWidget* parent = nullptr);
 

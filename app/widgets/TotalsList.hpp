@@ -23,6 +23,7 @@ class TotalsList final : public RowList {
 public:
     TotalsList(const QString& name, std::array<QString, 3> heads, QWidget* parent = nullptr);
     void set(std::vector<TotalsRow> rows);
+    int visibleColumns() const { return static_cast<int>(columns().visible.size()); }
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 

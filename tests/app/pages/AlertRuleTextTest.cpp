@@ -53,9 +53,10 @@ TEST(RuleNumbers, offerWhatIsNotRefused) {
             EXPECT_FALSE(problem(rule.kind, {.threshold = threshold})) << rawValue(rule.kind);
         for (const double cooldown : {numbers.cooldown.least, numbers.cooldown.most})
             EXPECT_FALSE(problem(rule.kind, {.cooldown = cooldown * numbers.cooldown.scale})) << rawValue(rule.kind);
-        if (numbers.lasting)
-            for (const double window : {numbers.lasting->least, numbers.lasting->most})
-                EXPECT_FALSE(problem(rule.kind, {.window = window * numbers.lasting->scale})) << rawValue(rule.kind);
+        if (!numbers.lasting)
+            continue;
+        for (const double window : {numbers.lasting->least, numbers.lasting->most})
+            EXPECT_FALSE(problem(rule.kind, {.window = window * numbers.lasting->scale})) << rawValue(rule.kind);
     }
 }
 

@@ -144,8 +144,9 @@ TEST(ApplicationColumns, sayWhatIsAbsent) {
     EXPECT_EQ(cell(rows[1], ApplicationSort::energy), "Unavailable");
     EXPECT_EQ(cell(rows[1], ApplicationSort::network), "Unavailable");
     for (const auto& column : applicationColumns(PlatformWords::Linux))
-        if (column.id == "network" || column.id == "energy")
+        if (column.id == "network" || column.id == "energy") {
             EXPECT_TRUE(std::holds_alternative<std::monostate>(column.sortKey(rows[1]))) << column.id;
+        }
 }
 
 TEST(ApplicationsText, speaksOfThePlatform) {

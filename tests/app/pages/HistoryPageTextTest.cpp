@@ -175,27 +175,26 @@ TEST(HistoryExportingTest, writesTheRangeOrSaysWhyNot) {
         snapshot.interval = 10;
         harness.ingest(snapshot);
     }
-    const auto exported = [&](const std::string& path) {
+    const auto exported = [](StoreHarness& from, const std::string& path) {
         ExportOutcome outcome;
-        exportHistory(*harness.store, Date{static_cast<double>(start)}, Date{start + 59.0}, path,
+        exportHistory(*from.store, Date{static_cast<double>(start)}, Date{start + 59.0}, path,
                       [&](ExportOutcome told) { outcome = std::move(told); });
-        harness.run();
+        from.run();
         QThreadPool::globalInstance()->waitForDone();
         return outcome;
     };
-    const ExportOutcome good = exported(folder.file("out.csv"));
+    const ExportOutcome good = exported(harness, folder.file("out.csv"));
     EXPECT_FALSE(good.problem);
     EXPECT_EQ(exportTitle(good), QStringLiteral("Exported 1 row to out.csv"));
     QFile file(text(folder.file("out.csv")));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll().count('\n'), 2);
 
-    const ExportOutcome bad = exported(folder.file("none/out.csv"));
+    const ExportOutcome bad = exported(harness, folder.file("none/out.csv"));
     EXPECT_TRUE(bad.problem);
     EXPECT_EQ(exportTitle(bad), QStringLiteral("The history could not be exported."));
     StoreHarness lost{folder.file("none/history.sqlite")};
-    std::swap(lost.store, harness.store);
-    EXPECT_TRUE((lost.run(), exported(folder.file("empty.csv"))).problem) << "no file that claims there is no history";
+    EXPECT_TRUE(exported(lost, folder.file("empty.csv")).problem) << "no file that claims there is no history";
     EXPECT_FALSE(QFile::exists(text(folder.file("empty.csv"))));
 }
 

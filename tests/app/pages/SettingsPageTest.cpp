@@ -34,8 +34,9 @@ protected:
         QTest::keyClick(box, key);
     }
     bool says(const char* words) {
-        for (const auto* label : page->findChildren<TextLabel*>())
-            if (label->isVisible() && label->text() == QString::fromUtf8(words))
+        for (const auto* child : page->findChildren<QWidget*>())
+            if (const auto* label = dynamic_cast<const TextLabel*>(child);
+                label && label->isVisible() && label->text() == QString::fromUtf8(words))
                 return true;
         return false;
     }

@@ -1,0 +1,103 @@
+#include "app/widgets/BulletList.hpp"
+#include "app/widgets/RankList.hpp"
+#include "app/widgets/TotalsList.hpp"
+
+#include <QApplication>
+#include <QEnterEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace ostrivane {
+
+namespace {
+
+std::vector<RankRow> rankRows(int count) {
+    std::vector<RankRow> rows;
+    for (int row = 0; row < count; ++row)
+        rows.push_back({.key = std::to_string(row), .name = "App", .figure = QString::number(row)});
+    return rows;
+}
+
+/// Each figure as wide as a size can be.
+std::vector<TotalsRow> wideTotals() {
+    const QString size = QStringLiteral("312.45 GB");
+    return {{.name = QStringLiteral("Received"), .figures = {size, size, size}}};
+}
+
+} // namespace
+
+TEST(RowList, activatesTheRowUnderThePointerAndTheOneOfTheKeyboard) {
+    RankList list(QStringLiteral("Apps"), 7, Series::s1);
+    list.set(rankRows(3));
+    list.resize(300, list.sizeHint().height());
+    list.show();
+    QSignalSpy activated(&list, &RowList::activated);
+    const QRect third = list.accessibleItemRect(2);
+    QTest::mouseClick(&list, Qt::LeftButton, {}, third.center());
+    QTest::mouseClick(&list, Qt::LeftButton, {}, third.center() + QPoint(0, third.height())); // below the rows
+    QTest::mouseClick(&list, Qt::RightButton, {}, third.center());
+    QTest::keyClick(&list, Qt::Key_Down); // there is no fourth
+    QTest::keyClick(&list, Qt::Key_Space);
+    QTest::keyClick(&list, Qt::Key_Home);
+    QTest::keyClick(&list, Qt::Key_Enter);
+    std::vector<int> rows;
+    for (const auto& one : activated)
+        rows.push_back(one.front().toInt());
+    EXPECT_EQ(rows, (std::vector{2, 2, 0}));
+
+    list.set(rankRows(1));
+    QTest::keyClick(&list, Qt::Key_Down);
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(activated.back().front().toInt(), 0);
+    list.set({});
+    QTest::keyClick(&list, Qt::Key_Return);
+    EXPECT_EQ(activated.size(), 4);
+    EXPECT_EQ(list.accessibleCurrentItem(), -1);
+}
+
+TEST(RowList, isHeldWhileSomebodyPointsAtIt) {
+    RankList list(QStringLiteral("Apps"), 7, Series::s1);
+    list.set(rankRows(3));
+    list.show();
+    EXPECT_FALSE(list.isHeld());
+    QEnterEvent enter({5, 5}, {5, 5}, {5, 5});
+    QApplication::sendEvent(&list, &enter);
+    EXPECT_TRUE(list.isHeld());
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&list, &leave);
+    EXPECT_FALSE(list.isHeld());
+    QTest::keyClick(&list, Qt::Key_Down);
+    EXPECT_TRUE(list.isHeld());
+    list.hide();
+    EXPECT_FALSE(list.isHeld());
+}
+
+TEST(TotalsList, leavesColumnsOutRatherThanCutFigures) {
+    TotalsList list(QStringLiteral("Totals"),
+                    {QStringLiteral("Today"), QStringLiteral("7 days"), QStringLiteral("30 days")});
+    list.set(wideTotals());
+    for (const auto& [width, columns] : {std::pair{360, 3}, {240, 2}, {150, 1}, {40, 1}}) {
+        list.resize(width, 60);
+        EXPECT_EQ(list.visibleColumns(), columns) << width;
+    }
+    EXPECT_EQ(list.accessibleItemText(0),
+              QStringLiteral("Received, Today: 312.45 GB, 7 days: 312.45 GB, 30 days: 312.45 GB"));
+}
+
+TEST(BulletList, asksForRoomOnlyWhereItsLinesTakeMore) {
+    QWidget parent;
+    BulletList list(&parent);
+    list.resize(200, 100);
+    list.set({QStringLiteral("Load average 4.21 (1 min).")});
+    const int oneLine = list.heightForWidth(200);
+    list.set({QStringLiteral("Load average 4.25 (1 min).")});
+    EXPECT_EQ(list.heightForWidth(200), oneLine);
+    EXPECT_EQ(list.accessibleName(), QStringLiteral("Load average 4.25 (1 min)."));
+    EXPECT_GT(list.heightForWidth(60), oneLine);
+    list.set({QString(100'000, u'W')});
+    EXPECT_LT(list.heightForWidth(200), 2000);
+}
+
+} // namespace ostrivane
