@@ -28,7 +28,7 @@ namespace {
 constexpr double sideWidth = 300;
 constexpr double plotHeight = 160;
 constexpr int barHeight = 22;
-constexpr double factsWidth = 220;
+constexpr double factsWidth = 150;
 constexpr double askAgain = 60; // seconds: the history gets a row a minute
 constexpr double percentsOfAll = 100;
 
@@ -75,12 +75,12 @@ void MemoryPage::addPressure() {
     gauge = new Gauge(pressureCard);
     condition = new Badge(pressureCard);
     pressureFacts = new KeyValueList(pressureCard);
-    pressureFacts->setMaximumWidth(Type::px(factsWidth));
+    pressureFacts->setMinimumWidth(Type::px(factsWidth));
     auto* facts = new QVBoxLayout;
     facts->setSpacing(Type::px(6));
     facts->addStretch(1);
     facts->addWidget(condition, 0, Qt::AlignLeading);
-    facts->addWidget(pressureFacts);
+    facts->addWidget(pressureFacts, 0, Qt::AlignLeading);
     facts->addStretch(1);
     auto* row = new QHBoxLayout;
     row->setSpacing(Type::px(16));
