@@ -27,7 +27,8 @@ namespace {
 
 constexpr double sideWidth = 300;
 constexpr double plotHeight = 160;
-constexpr double barHeight = 22;
+constexpr int barHeight = 22;
+constexpr double factsWidth = 150;
 constexpr double askAgain = 60; // seconds: the history gets a row a minute
 constexpr double percentsOfAll = 100;
 
@@ -55,7 +56,7 @@ MemoryPage::MemoryPage(PageContext& given, QWidget* parent) : ResourcePage(Page:
 void MemoryPage::addParts() {
     auto* card = new Card(QStringLiteral("Where it goes"), this);
     card->setNote(QStringLiteral("Cached memory is handed back the moment an app needs it"));
-    bar = new Bar(Type::px(barHeight), card);
+    bar = new Bar(barHeight, card);
     parts = new StatGrid(5, card);
     stats = new StatGrid(4, card);
     swapNote = new InfoNote(card);
@@ -74,11 +75,12 @@ void MemoryPage::addPressure() {
     gauge = new Gauge(pressureCard);
     condition = new Badge(pressureCard);
     pressureFacts = new KeyValueList(pressureCard);
+    pressureFacts->setMinimumWidth(Type::px(factsWidth));
     auto* facts = new QVBoxLayout;
     facts->setSpacing(Type::px(6));
     facts->addStretch(1);
     facts->addWidget(condition, 0, Qt::AlignLeading);
-    facts->addWidget(pressureFacts);
+    facts->addWidget(pressureFacts, 0, Qt::AlignLeading);
     facts->addStretch(1);
     auto* row = new QHBoxLayout;
     row->setSpacing(Type::px(16));

@@ -146,7 +146,7 @@ std::optional<double> changeOverHour(std::span<const TimedValue> memory, double 
 QString changeText(std::optional<double> bytes) {
     if (!bytes || !std::isfinite(*bytes))
         return text(Formatters::dash);
-    const QString amount = text(Formatters::bytes(std::abs(*bytes)));
+    QString amount = text(Formatters::bytes(std::abs(*bytes)));
     if (*bytes == 0)
         return amount;
     return (*bytes > 0 ? QStringLiteral("+") : QString(QChar(0x2212))) + amount;

@@ -32,6 +32,8 @@ QString everyText(double interval) {
 }
 
 QString rangeText(std::optional<HistoryRange> range, double interval) {
+    if (range == HistoryRange::hour1)
+        return QStringLiteral("Last hour");
     if (range)
         return QStringLiteral("Last %1").arg(text(label(*range)));
     return QStringLiteral("Last 5 minutes, %1").arg(everyText(interval));

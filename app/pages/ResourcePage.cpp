@@ -89,6 +89,7 @@ QString ResourcePage::reach() const {
 void ResourcePage::draw(ResourceChart& chart, const std::vector<Line>& lines) const {
     if (isLive()) {
         std::vector<ChartLine> drawn;
+        drawn.reserve(lines.size());
         for (const Line& line : lines)
             drawn.push_back({.series = line.series,
                              .name = line.name,
@@ -99,6 +100,7 @@ void ResourcePage::draw(ResourceChart& chart, const std::vector<Line>& lines) co
         return;
     }
     std::vector<HistoryLine> drawn;
+    drawn.reserve(lines.size());
     for (const Line& line : lines)
         drawn.push_back(
             {.series = line.series,

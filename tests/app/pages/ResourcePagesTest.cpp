@@ -94,7 +94,9 @@ TEST(CPUPageTest, TakesTheChoiceOfApplications) {
 
 TEST(ResourcePageTest, ChartsFollowThePickedRange) {
     PageHarness harness;
-    harness.play(troubledDay, 200);
+    harness.play(troubledDay, 100);
+    for (std::size_t tick = 0; tick < 100; ++tick)
+        harness.model->history().ingest(recordedSnapshots(troubledDay)[tick]);
     CPUPage page(harness.page);
     harness.show(page);
     EXPECT_NE(seen<LiveChart>(page), nullptr);
