@@ -19,6 +19,7 @@ class Switch;
 /// What a new user should know and may want to choose, over the dimmed content of the window. Keeps the focus inside
 /// while it is shown. Goes with Escape, "Get Started" or "Settings…": it then hides, and the model shows no welcome.
 class WelcomeSheet final : public QWidget, public AccessibleSentence {
+    Q_OBJECT
 public:
     /// Covers `parent`, whatever its size.
     WelcomeSheet(PageContext& context, QWidget* parent);

@@ -50,7 +50,12 @@ EmptyState::EmptyState(std::string_view iconName, QWidget* parent) : QWidget(par
         label->setWraps(true);
         label->setAlignment(Qt::AlignCenter);
         label->setMaximumWidth(Type::px(300));
-        column->addWidget(label, 0, Qt::AlignHCenter);
+        // Aligned in the column itself it would be as high as one line.
+        auto* row = new QHBoxLayout;
+        row->addStretch(1);
+        row->addWidget(label, 100);
+        row->addStretch(1);
+        column->addLayout(row);
     }
     action = new PushButton({}, ButtonKind::plain, this);
     column->addSpacing(Type::px(10));

@@ -10,7 +10,6 @@
 #include "app/window/MainMenu.hpp"
 #include "app/window/Sidebar.hpp"
 
-#include <QApplication>
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -95,7 +94,7 @@ void MainWindow::showPage(Page page) {
     view->setNarrow(width() < Type::px(narrowBelow));
     view->setWindowSeen(seen);
     stack->setCurrentWidget(view);
-    if (seen && !sidebar->isAncestorOf(QApplication::focusWidget()))
+    if (seen && !sidebar->isAncestorOf(focusWidget()))
         view->focusMain();
 }
 
@@ -149,7 +148,7 @@ void MainWindow::moveFocus(bool forward) {
     if (!page)
         return;
     enum Place { inSidebar, inHeader, inBody };
-    const QWidget* focused = QApplication::focusWidget();
+    const QWidget* focused = focusWidget();
     const Place here = focused && sidebar->isAncestorOf(focused) ? inSidebar
                        : focused && page->headerHas(focused)     ? inHeader
                                                                  : inBody;

@@ -196,7 +196,7 @@ TEST_F(ProcessesPageTest, OffersWhatCanBeDoneWithARow) {
 TEST_F(ProcessesPageTest, WithstandsADayAndADamagedMachineAtDoubleLettering) {
     const QAbstractItemModelTester tester(table.model(), QAbstractItemModelTester::FailureReportingMode::Fatal);
     show();
-    harness.play(virtualMachine);
+    harness.play(developer, 5);
     EXPECT_GT(rowCount(), 0);
     harness.play(laptop, 3);
     harness.play(troubledDay, 20);

@@ -37,7 +37,7 @@ TEST(LaunchArguments, sayWhatTheyCannotUnderstand) {
         const char* problem;
     } const cases[] = {
         {{"--nonsense"}, "--nonsense is not known."},
-        {{"a\033[31mb"}, "a\\u{1b}[31mb is not known."},
+        {{"a\033[31mb"}, "a␛[31mb is not known."},
         {{"--replay"}, "--replay needs the file of a recording."},
         {{"--replay="}, "--replay needs the file of a recording."},
         {{"--screenshot", "there"}, "--screenshot goes with --replay."},
