@@ -2,10 +2,10 @@
 #include "app/window/SingleInstance.hpp"
 #include "app/window/WindowVisibility.hpp"
 
+#import <AppKit/AppKit.h>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QObject>
-#import <AppKit/AppKit.h>
 
 #include <utility>
 

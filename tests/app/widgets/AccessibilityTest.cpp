@@ -25,22 +25,9 @@ namespace ostrivane {
 
 namespace {
 
-int alerts = 0;
-int others = 0;
-
 class AccessibilityTest : public testing::Test {
 protected:
-    AccessibilityTest() {
-        installAccessibility();
-        QAccessible::setActive(true);
-        alerts = others = 0;
-        QAccessible::installUpdateHandler(
-            [](QAccessibleEvent* event) { ++(event->type() == QAccessible::Alert ? alerts : others); });
-    }
-    ~AccessibilityTest() override {
-        QAccessible::installUpdateHandler(nullptr);
-        QAccessible::setActive(false);
-    }
+    AccessibilityTest() { installAccessibility(); }
 
     static std::string told(QWidget& widget, QAccessible::Text kind) {
         QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&widget);
@@ -79,34 +66,12 @@ TEST_F(AccessibilityTest, WhatIsPaintedIsTold) {
     EXPECT_EQ(told(*stepper.findChild<QDoubleSpinBox*>(), QAccessible::Name), "Threshold");
 }
 
-TEST_F(AccessibilityTest, FiguresThatChangeAnnounceNothing) {
-    TextLabel label;
-    StatGrid grid(1);
-    Gauge gauge;
-    MetricTile tile("cpu");
-    for (int percent = 0; percent < 3; ++percent) {
-        const QString figure = QStringLiteral("%1%").arg(percent);
-        label.setText(figure);
-        grid.set({{QStringLiteral("CPU"), figure}});
-        gauge.set(percent / 100.0, figure, {}, Condition::good, {});
-        tile.set({.caption = QStringLiteral("CPU"), .value = figure});
-    }
-    EXPECT_EQ(alerts, 0);
-    EXPECT_EQ(others, 0);
-}
-
-TEST_F(AccessibilityTest, ABannerIsAnnouncedOnce) {
+TEST_F(AccessibilityTest, ABannerSaysBothItsLines) {
     Banner banner;
     banner.set(Condition::high, QStringLiteral("The history could not be opened."));
-    banner.show();
-    EXPECT_EQ(alerts, 1);
-    banner.set(Condition::high, QStringLiteral("The history could not be opened."));
-    banner.hide(); // as with its page
-    banner.show();
-    EXPECT_EQ(alerts, 1);
+    EXPECT_EQ(told(banner, QAccessible::Name), "The history could not be opened.");
     banner.set(Condition::high, QStringLiteral("The history could not be opened."),
                QStringLiteral("The disk is full."));
-    EXPECT_EQ(alerts, 2);
     EXPECT_EQ(told(banner, QAccessible::Name), "The history could not be opened. The disk is full.");
 }
 
