@@ -58,7 +58,7 @@ void AppDelegate::applicationDidFinishLaunching(const LaunchArguments& arguments
     const LaunchDecision decision = decideLaunch(arguments);
     if (arguments.page)
         model.select(*arguments.page);
-    if (!model.settings()->hasOnboarded) {
+    if (arguments.replay.empty() && !model.settings()->hasOnboarded) { // a recording welcomes nobody
         model.settings().set(&Preferences::hasOnboarded, true);
         model.setShowsWelcome(decision.allowsWelcome);
     }
