@@ -46,6 +46,11 @@ void doWithoutDisplayFor(int argc, char** argv) {
                 qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
+/// Not `quit`: that asks the window first, which may ask the person.
+void endLoop() {
+    QCoreApplication::exit(0);
+}
+
 int run(QApplication& application, const LaunchArguments& arguments) {
     const MainThread mainThread;
     const bool isReplay = !arguments.replay.empty();
@@ -68,9 +73,10 @@ int run(QApplication& application, const LaunchArguments& arguments) {
                                    .appearance = nativeDesktopAppearance(),
                                    .hasTray = [] { return false; }, // no icon is put there yet
                                    .onMainThread = mainThread.poster(),
-                                   .quit = [] { QCoreApplication::quit(); }});
+                                   .quit = endLoop});
     if (instance)
         instance->onActivated([&](std::optional<Page> page) { delegate.applicationShouldHandleReopen(page); });
+    backend.onQuitSignal(endLoop);
     delegate.applicationDidFinishLaunching(arguments);
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();

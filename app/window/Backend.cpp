@@ -6,10 +6,12 @@
 #include "core/sampling/platform/UserFolders.hpp"
 
 #include <boost/asio/any_io_executor.hpp>
+#include <boost/asio/signal_set.hpp>
 #include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
 #include <atomic>
+#include <csignal>
 #include <future>
 #include <utility>
 
@@ -135,6 +137,7 @@ struct Backend::Parts {
     const std::shared_ptr<std::atomic<double>> replayed = std::make_shared<std::atomic<double>>(0);
     const std::shared_ptr<int> alive = std::make_shared<int>();
     boost::asio::thread_pool sampling{1};
+    boost::asio::signal_set signals{sampling};
     LeavableThread storing;
     SourceEngine engine;
     HistoryPlaceOfOurs place;
@@ -175,6 +178,16 @@ void Backend::onHistoryProblem(std::function<void(std::optional<std::string>)> t
             held->look();
     });
     parts->look();
+}
+
+void Backend::onQuitSignal(std::function<void()> quit) {
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP})
+        parts->signals.add(signal);
+    parts->signals.async_wait(
+        [post = parts->onMainThread, quit = std::move(quit)](const boost::system::error_code& error, int) {
+            if (!error)
+                post(quit);
+        });
 }
 
 bool Backend::finish(std::chrono::milliseconds patience) {

@@ -40,6 +40,9 @@ public:
     /// when it is. A file that was lost is begun anew.
     void onHistoryProblem(std::function<void(std::optional<std::string>)> told);
 
+    /// Called on the main thread when the system or a person asks the program to end, by a signal.
+    void onQuitSignal(std::function<void()> quit);
+
     /// Writes what is finished and lets go of the history, within that time. Whether it was done.
     bool finish(std::chrono::milliseconds patience);
 
