@@ -51,7 +51,7 @@ void endLoop() {
     QCoreApplication::exit(0);
 }
 
-int run(QApplication& application, const LaunchArguments& arguments) {
+int run(const LaunchArguments& arguments) {
     const MainThread mainThread;
     const bool isReplay = !arguments.replay.empty();
     const auto instance = isReplay ? nullptr : nativeSingleInstance(UserFolders::dataDirectory().value_or("/dev/null"));
@@ -80,7 +80,6 @@ int run(QApplication& application, const LaunchArguments& arguments) {
     delegate.applicationDidFinishLaunching(arguments);
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
-    (void)application;
     return status;
 }
 
@@ -89,7 +88,7 @@ int run(QApplication& application, const LaunchArguments& arguments) {
 int main(int argc, char** argv) {
     doWithoutDisplayFor(argc, argv);
     QApplication::setStyle(new Style);
-    QApplication application(argc, argv);
+    const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Ostrivane"));
     QApplication::setDesktopFileName(QLatin1String(desktopEntry));
     QApplication::setQuitOnLastWindowClosed(false);
@@ -113,5 +112,5 @@ int main(int argc, char** argv) {
     installAccessibility();
     if (!arguments.screenshots.empty())
         return runScreenshots(arguments);
-    return run(application, arguments);
+    return run(arguments);
 }

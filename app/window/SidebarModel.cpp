@@ -17,45 +17,45 @@ SidebarModel::SidebarModel(Part part, const PlatformWords& words, QObject* paren
                 all.push_back({.title = text(title(page, words)), .page = page});
         }
     }
-    shown = all;
+    setFilter({});
 }
 
 void SidebarModel::setFilter(const QString& wanted) {
     beginResetModel();
     shown.clear();
-    for (const Row& row : all)
-        if (wanted.isEmpty() || (row.page && row.title.contains(wanted, Qt::CaseInsensitive)))
-            shown.push_back(row);
+    for (std::size_t i = 0; i < all.size(); ++i)
+        if (wanted.isEmpty() || (all[i].page && all[i].title.contains(wanted, Qt::CaseInsensitive)))
+            shown.push_back(i);
     endResetModel();
 }
 
 void SidebarModel::update(const AppState& state, Date now, Date midnight) {
-    for (Row& row : all)
-        if (row.page)
-            row.value = sidebarValue(*row.page, state, now, midnight);
-    for (std::size_t i = 0; i < shown.size(); ++i) {
-        Row& row = shown[i];
+    std::vector<bool> changed(all.size());
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        Row& row = all[i];
         if (!row.page)
             continue;
         SidebarValue value = sidebarValue(*row.page, state, now, midnight);
         if (value == row.value)
             continue;
         row.value = std::move(value);
-        const QModelIndex changed = index(static_cast<int>(i));
-        Q_EMIT dataChanged(changed, changed);
+        changed[i] = true;
     }
+    for (std::size_t i = 0; i < shown.size(); ++i)
+        if (const QModelIndex row = index(static_cast<int>(i)); changed[shown[i]])
+            Q_EMIT dataChanged(row, row);
 }
 
 std::optional<int> SidebarModel::indexOf(Page page) const {
     for (std::size_t i = 0; i < shown.size(); ++i)
-        if (shown[i].page == page)
+        if (all[shown[i]].page == page)
             return static_cast<int>(i);
     return std::nullopt;
 }
 
 std::optional<int> SidebarModel::firstPage() const {
     for (std::size_t i = 0; i < shown.size(); ++i)
-        if (shown[i].page)
+        if (all[shown[i]].page)
             return static_cast<int>(i);
     return std::nullopt;
 }

@@ -4,6 +4,7 @@
 
 #include <QAbstractListModel>
 
+#include <cstddef>
 #include <optional>
 #include <vector>
 
@@ -28,7 +29,7 @@ public:
     void setFilter(const QString& text);
     void update(const AppState& state, Date now, Date midnight);
 
-    const Row& row(int index) const { return shown[static_cast<std::size_t>(index)]; }
+    const Row& row(int index) const { return all[shown[static_cast<std::size_t>(index)]]; }
     std::optional<int> indexOf(Page page) const;
     std::optional<int> firstPage() const;
 
@@ -38,7 +39,7 @@ public:
 
 private:
     std::vector<Row> all;
-    std::vector<Row> shown;
+    std::vector<std::size_t> shown; ///< indices of `all`
 };
 
 } // namespace ostrivane
