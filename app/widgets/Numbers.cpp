@@ -1,11 +1,10 @@
 #include "app/widgets/Numbers.hpp"
 
 #include "app/widgets/Paint.hpp"
+#include "app/widgets/ShapedText.hpp"
 
 #include <QFontMetricsF>
 #include <QHash>
-#include <QPainter>
-#include <QStyle>
 
 #include <algorithm>
 #include <array>
@@ -42,70 +41,52 @@ bool isDigit(QChar character) {
     return character >= u'0' && character <= u'9';
 }
 
-/// Calls `run(text, width)` for each stretch without digits and `digit(text, own width)` for each digit.
-template <class Run, class Digit>
-void walk(const Digits& digits, const QFontMetricsF& metrics, const QString& text, Run run, Digit digit) {
-    qsizetype at = 0;
-    while (at < text.size()) {
+bool isPlain(const Digits& digits, const QString& text) {
+    return digits.areEven || text.isRightToLeft() || std::none_of(text.begin(), text.end(), isDigit);
+}
+
+/// Stretches without digits as the font has them, and each digit in the middle of a cell.
+ShapedText evened(const Digits& digits, const QFont& font, const QString& text) {
+    ShapedText whole;
+    const auto append = [&](const QString& part, qreal shift) {
+        for (QGlyphRun run : ShapedText::of(font, part).runs) {
+            QList<QPointF> positions = run.positions();
+            for (QPointF& position : positions)
+                position.rx() += whole.width + shift;
+            run.setPositions(positions);
+            whole.runs.append(run);
+        }
+    };
+    for (qsizetype at = 0; at < text.size();) {
         if (isDigit(text[at])) {
-            digit(text.mid(at, 1), digits.widths[static_cast<std::size_t>(text[at].unicode() - u'0')]);
+            append(text.mid(at, 1),
+                   (digits.cell - digits.widths[static_cast<std::size_t>(text[at].unicode() - u'0')]) / 2);
+            whole.width += digits.cell;
             ++at;
             continue;
         }
-        qsizetype end = at;
-        while (end < text.size() && !isDigit(text[end]))
-            ++end;
+        const auto end = std::find_if(text.begin() + at, text.end(), isDigit) - text.begin();
         const QString part = text.mid(at, end - at);
-        run(part, metrics.horizontalAdvance(part));
+        append(part, 0);
+        whole.width += ShapedText::of(font, part).width;
         at = end;
     }
+    return whole;
 }
 
-bool isPlain(const Digits& digits, const QString& text) {
-    return digits.areEven || text.isRightToLeft() || std::none_of(text.begin(), text.end(), isDigit);
+ShapedText shaped(const QFont& font, const QString& text) {
+    const Digits& digits = digitsOf(font);
+    return isPlain(digits, text) ? ShapedText::of(font, text) : evened(digits, font, text);
 }
 
 } // namespace
 
 qreal width(const QFont& font, const QString& text) {
-    const Digits& digits = digitsOf(font);
-    const QFontMetricsF metrics(font);
-    if (isPlain(digits, text))
-        return metrics.horizontalAdvance(text);
-    qreal sum = 0;
-    walk(
-        digits, metrics, text, [&](const QString&, qreal wide) { sum += wide; },
-        [&](const QString&, qreal) { sum += digits.cell; });
-    return sum;
+    return shaped(font, text).width;
 }
 
 void draw(QPainter& painter, const QRectF& rect, const QFont& font, Qt::Alignment alignment, const QString& text) {
-    painter.setFont(font);
-    const Digits& digits = digitsOf(font);
-    if (isPlain(digits, text)) {
-        Paint::drawOneLine(painter, rect, alignment, text, Qt::TextDontClip);
-        return;
-    }
-    const QFontMetricsF metrics(font);
-    const Qt::Alignment side = QStyle::visualAlignment(painter.layoutDirection(), alignment);
-    const qreal wide = width(font, text);
-    qreal x = side & Qt::AlignRight     ? rect.right() - wide
-              : side & Qt::AlignHCenter ? rect.center().x() - wide / 2
-                                        : rect.left();
-    const qreal baseline = alignment & Qt::AlignTop ? rect.top() + metrics.ascent()
-                           : alignment & Qt::AlignBottom
-                               ? rect.bottom() - metrics.descent()
-                               : rect.center().y() + (metrics.ascent() - metrics.descent()) / 2;
-    walk(
-        digits, metrics, text,
-        [&](const QString& part, qreal taken) {
-            painter.drawText(QPointF(x, baseline), part);
-            x += taken;
-        },
-        [&](const QString& digit, qreal own) {
-            painter.drawText(QPointF(x + (digits.cell - own) / 2, baseline), digit);
-            x += digits.cell;
-        });
+    Paint::draw(painter, rect, QFontMetricsF(font), alignment, shaped(font, text));
 }
 
 } // namespace ostrivane::Numbers

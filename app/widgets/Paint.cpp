@@ -1,5 +1,7 @@
 #include "app/widgets/Paint.hpp"
 
+#include "app/widgets/ShapedText.hpp"
+
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QStyle>
@@ -58,12 +60,30 @@ void drawOneLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment,
     painter.setLayoutDirection(side);
 }
 
+void draw(QPainter& painter, const QRectF& rect, const QFontMetricsF& metrics, Qt::Alignment alignment,
+          const ShapedText& text) {
+    const Qt::Alignment side = QStyle::visualAlignment(painter.layoutDirection(), alignment);
+    const qreal left = side & Qt::AlignRight     ? rect.right() - text.width
+                       : side & Qt::AlignHCenter ? rect.center().x() - text.width / 2
+                                                 : rect.left();
+    const qreal baseline = side & Qt::AlignTop      ? rect.top() + metrics.ascent()
+                           : side & Qt::AlignBottom ? rect.bottom() - metrics.descent()
+                                                    : rect.center().y() + (metrics.ascent() - metrics.descent()) / 2;
+    if (text.isTall) {
+        painter.save();
+        painter.setClipRect(rect, Qt::IntersectClip);
+    }
+    text.draw(painter, {left, baseline});
+    if (text.isTall)
+        painter.restore();
+}
+
 void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text, Qt::Alignment alignment,
           Qt::TextElideMode mode) {
     if (text.isEmpty() || rect.isEmpty())
         return;
-    painter.setFont(font);
-    drawOneLine(painter, rect, alignment, elided(font, text, rect.width(), mode));
+    const ShapedText shaped = ShapedText::fitting(font, bounded(text, mode), rect.width(), mode);
+    draw(painter, rect, QFontMetricsF(font), alignment, shaped);
 }
 
 QString toolTip(const QString& plain) {

@@ -5,9 +5,12 @@
 #include <QRectF>
 #include <QString>
 
+class QFontMetricsF;
 class QPainter;
 
 namespace ostrivane {
+
+struct ShapedText;
 
 /// What more than one widget needs to paint itself.
 namespace Paint {
@@ -27,6 +30,11 @@ int textWidth(const QFont& font, const QString& text);
 /// One line of text in the painter's font and pen, with `flags` of the toolkit. Mirroring moves it to the other side;
 /// its words keep the order of their own script, so that "2.10 W" never reads "W 2.10".
 void drawOneLine(QPainter& painter, const QRectF& rect, Qt::Alignment alignment, const QString& text, int flags = 0);
+
+/// A shaped text in the painter's pen, on one line of `rect`.
+/// @param metrics  of the text's font
+void draw(QPainter& painter, const QRectF& rect, const QFontMetricsF& metrics, Qt::Alignment alignment,
+          const ShapedText& text);
 
 /// One line of text in the painter's pen, elided where it does not fit.
 void line(QPainter& painter, const QRect& rect, const QFont& font, const QString& text,

@@ -3,6 +3,7 @@
 #include "app/widgets/Bar.hpp"
 #include "app/widgets/Numbers.hpp"
 #include "app/widgets/Paint.hpp"
+#include "app/widgets/ShapedText.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QAbstractItemView>
@@ -45,11 +46,6 @@ QString oneLine(QString text, Qt::TextElideMode mode) {
     return text;
 }
 
-QString elided(const QFontMetricsF& metrics, const QString& text, Qt::TextElideMode mode, qreal width) {
-    const QString line = oneLine(text, mode);
-    return width <= 0 ? QString() : metrics.elidedText(line, mode, width);
-}
-
 } // namespace
 
 struct TableDelegate::Place {
@@ -78,17 +74,11 @@ struct TableDelegate::Place {
             rect.setRight(taken.left() - 1);
         return taken;
     }
-    void write(const QRect& rect, const Lettering& lettering, const QString& text) const {
-        qreal left = rect.left();
-        if (option.direction == Qt::RightToLeft)
-            left = rect.right() + 1 - lettering.metrics.horizontalAdvance(text);
-        painter.setFont(lettering.font);
-        painter.drawText(QPointF(left, rect.top() + rect.height() / 2.0 + lettering.rise), text);
+    void write(const QRect& rect, const QFont& font, const ShapedText& text) const {
+        const Qt::Alignment side = option.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
+        Paint::draw(painter, rect, QFontMetricsF(font), side | Qt::AlignAbsolute | Qt::AlignVCenter, text);
     }
 };
-
-TableDelegate::Lettering::Lettering(const QFont& told)
-    : font(told), metrics(told), rise((metrics.ascent() - metrics.descent()) / 2) {}
 
 TableDelegate::Letterings::Letterings()
     : base(Type::base()), plain(Type::font(TypeRole::table)), strong(Type::font(TypeRole::tableStrong)), bold([] {
@@ -96,7 +86,7 @@ TableDelegate::Letterings::Letterings()
           font.setWeight(QFont::DemiBold);
           return font;
       }()),
-      note(Type::font(TypeRole::caption)), suffix(plain.metrics.horizontalAdvance(QLatin1Char('*'))) {}
+      note(Type::font(TypeRole::caption)), suffix(QFontMetricsF(plain).horizontalAdvance(QLatin1Char('*'))) {}
 
 TableDelegate::TableDelegate(QObject* owner) : QStyledItemDelegate(owner) {}
 
@@ -158,14 +148,12 @@ void TableDelegate::drawGround(const Place& place) const {
 }
 
 void TableDelegate::drawFigure(const Place& place, QRect rect) const {
-    const Lettering& lettering = place.cell.isBold      ? place.letterings.bold
-                                 : place.facts.isStrong ? place.letterings.strong
-                                                        : place.letterings.plain;
+    const QFont& font = place.letterings.of(place.cell, place.facts);
     place.painter.setPen(place.ink(place.cell.tone));
     if (place.facts.hasSuffix) {
         const QRect slot = place.take(rect, Qt::AlignTrailing, place.letterings.suffix);
         if (!place.cell.suffix.isEmpty())
-            place.write(slot, lettering, place.cell.suffix);
+            place.write(slot, font, ShapedText::of(font, place.cell.suffix));
     }
     if (place.facts.hasBar && place.cell.bar && rect.width() >= Type::px(barWidth + gap + barFigure)) {
         QRect beside = rect;
@@ -175,8 +163,11 @@ void TableDelegate::drawFigure(const Place& place, QRect rect) const {
         Bar::draw(place.painter, bar, *place.cell.bar, place.facts.barSeries);
     }
     const Qt::Alignment side = place.option.direction == Qt::LeftToRight ? Qt::AlignRight : Qt::AlignLeft;
-    Numbers::draw(place.painter, rect, lettering.font, side | Qt::AlignAbsolute | Qt::AlignVCenter,
-                  oneLine(place.cell.text, Qt::ElideRight));
+    const QString figure = oneLine(place.cell.text, Qt::ElideRight);
+    if (Numbers::width(font, figure) > rect.width())
+        place.write(rect, font, ShapedText::fitting(font, figure, rect.width(), Qt::ElideRight));
+    else
+        Numbers::draw(place.painter, rect, font, side | Qt::AlignAbsolute | Qt::AlignVCenter, figure);
 }
 
 void TableDelegate::drawWords(const Place& place, QRect rect) const {
@@ -193,21 +184,20 @@ void TableDelegate::drawWords(const Place& place, QRect rect) const {
         }
         place.take(rect, Qt::AlignLeading, Type::px(gap));
     }
-    const Lettering& lettering = place.cell.isBold      ? place.letterings.bold
-                                 : place.facts.isStrong ? place.letterings.strong
-                                                        : place.letterings.plain;
-    const Lettering& note = place.letterings.note;
-    qreal room = rect.width();
-    if (!place.cell.note.isEmpty())
-        room -= note.metrics.horizontalAdvance(place.cell.note) + Type::px(noteGap);
-    const QString words = elided(lettering.metrics, place.cell.text, place.facts.elide, room);
+    const QFont& font = place.letterings.of(place.cell, place.facts);
+    const QFont& note = place.letterings.note;
+    const bool hasNote = !place.cell.note.isEmpty();
+    const ShapedText remark = hasNote ? ShapedText::of(note, oneLine(place.cell.note, Qt::ElideRight)) : ShapedText();
+    const qreal room = rect.width() - (hasNote ? remark.width + Type::px(noteGap) : 0);
+    const ShapedText words =
+        ShapedText::fitting(font, oneLine(place.cell.text, place.facts.elide), room, place.facts.elide);
     place.painter.setPen(place.ink(place.cell.tone));
-    place.write(rect, lettering, words);
-    if (place.cell.note.isEmpty())
+    place.write(rect, font, words);
+    if (!hasNote)
         return;
-    place.take(rect, Qt::AlignLeading, lettering.metrics.horizontalAdvance(words) + Type::px(noteGap));
+    place.take(rect, Qt::AlignLeading, words.width + Type::px(noteGap));
     place.painter.setPen(place.ink(Tone::text3));
-    place.write(rect, note, place.cell.note);
+    place.write(rect, note, remark);
 }
 
 bool TableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
@@ -220,15 +210,14 @@ bool TableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const 
     if (tip.isEmpty() && !facts.isNumeric) {
         const RowsModelBase::Cell cell = rows.cell(index.row(), index.column());
         const Letterings& all = letterings();
-        const Lettering& lettering = cell.isBold ? all.bold : facts.isStrong ? all.strong : all.plain;
         qreal room = inner(view->visualRect(index), index.column() == firstColumn, index.column() == lastColumn,
                            option.direction)
                          .width();
         if (facts.hasIcon)
             room -= Type::px(iconSize) + Type::px(gap);
         if (!cell.note.isEmpty())
-            room -= all.note.metrics.horizontalAdvance(cell.note) + Type::px(noteGap);
-        if (elided(lettering.metrics, cell.text, facts.elide, room) != cell.text)
+            room -= ShapedText::of(all.note, oneLine(cell.note, Qt::ElideRight)).width + Type::px(noteGap);
+        if (oneLine(cell.text, facts.elide) != cell.text || ShapedText::of(all.of(cell, facts), cell.text).width > room)
             tip = cell.text;
     }
     QToolTip::showText(event->globalPos(), Paint::toolTip(tip), view->viewport(), view->visualRect(index));

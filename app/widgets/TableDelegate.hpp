@@ -3,7 +3,6 @@
 #include "app/widgets/RowsModel.hpp"
 
 #include <QFont>
-#include <QFontMetricsF>
 #include <QStyledItemDelegate>
 
 #include <cstdint>
@@ -36,20 +35,18 @@ public:
                    const QModelIndex& index) override;
 
 private:
-    struct Lettering {
-        explicit Lettering(const QFont& told);
-        QFont font;
-        QFontMetricsF metrics;
-        qreal rise = 0; ///< from the middle of a line down to its base line
-    };
     struct Letterings {
         Letterings();
         double base;
-        Lettering plain;
-        Lettering strong;
-        Lettering bold;
-        Lettering note;
+        QFont plain;
+        QFont strong;
+        QFont bold;
+        QFont note;
         qreal suffix; ///< width of its slot
+
+        const QFont& of(const RowsModelBase::Cell& cell, const RowsModelBase::ColumnFacts& facts) const {
+            return cell.isBold ? bold : facts.isStrong ? strong : plain;
+        }
     };
     struct Place;
 
