@@ -7,7 +7,6 @@
 #include <boost/asio/executor_work_guard.hpp>
 #include <boost/asio/io_context.hpp>
 #include <boost/asio/post.hpp>
-#include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
 #include <utility>
@@ -32,7 +31,7 @@ std::string historyFileFor(const Source& source, HistoryAccess access) {
 
 struct ModelRun::Parts {
     Parts(const Source& source, ModelRunOptions options)
-        : sampling(options.engineHasThread ? std::make_unique<asio::thread_pool>(1) : nullptr),
+        : sampling(options.engineHasThread ? std::make_unique<LeavableThread>(tickGrace) : nullptr),
           session(engineExecutor(), source, [home = context, ended = std::move(options.ended)] {
               if (ended)
                   asio::post(*home, ended);
@@ -51,23 +50,20 @@ struct ModelRun::Parts {
     }
 
     ~Parts() {
-        if (sampling) { // its tick may hold a turn, and hands what it read to this thread
-            sampling->stop();
-            sampling->join();
-        }
+        if (sampling)
+            sampling->leave(); // its tick may hold a turn, and hands what it read to this thread
     }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
 
     asio::any_io_executor engineExecutor() {
-        return sampling ? asio::any_io_executor(sampling->get_executor())
-                        : asio::any_io_executor(context->get_executor());
+        return sampling ? asio::any_io_executor(sampling->executor()) : asio::any_io_executor(context->get_executor());
     }
 
     // The executors outlive who works on them.
     const std::shared_ptr<asio::io_context> context = std::make_shared<asio::io_context>(1);
     asio::executor_work_guard<asio::io_context::executor_type> guard{context->get_executor()};
-    std::unique_ptr<asio::thread_pool> sampling;
+    std::unique_ptr<LeavableThread> sampling;
     LeavableThread storing;
     Session session;
     std::optional<AppModel> model;

@@ -14,8 +14,6 @@ namespace {
 
 namespace asio = boost::asio;
 
-constexpr std::chrono::seconds grace{2}; // for a disk, at the end
-
 } // namespace
 
 struct LeavableThread::Parts {
@@ -26,11 +24,13 @@ struct LeavableThread::Parts {
     };
 
     std::shared_ptr<Work> work = std::make_shared<Work>();
+    std::chrono::milliseconds grace;
     std::future<void> ended;
     std::thread thread;
 };
 
-LeavableThread::LeavableThread() : parts(std::make_unique<Parts>()) {
+LeavableThread::LeavableThread(std::chrono::milliseconds grace) : parts(std::make_unique<Parts>()) {
+    parts->grace = grace;
     std::promise<void> end;
     parts->ended = end.get_future();
     parts->thread = std::thread([work = parts->work, end = std::move(end)]() mutable {
@@ -40,8 +40,14 @@ LeavableThread::LeavableThread() : parts(std::make_unique<Parts>()) {
 }
 
 LeavableThread::~LeavableThread() {
+    leave();
+}
+
+void LeavableThread::leave() {
+    if (!parts->thread.joinable())
+        return;
     parts->work->context.stop();
-    if (parts->ended.wait_for(grace) == std::future_status::ready)
+    if (parts->ended.wait_for(parts->grace) == std::future_status::ready)
         parts->thread.join();
     else
         parts->thread.detach();

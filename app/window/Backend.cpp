@@ -7,7 +7,6 @@
 
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/signal_set.hpp>
-#include <boost/asio/thread_pool.hpp>
 #include <fmt/format.h>
 
 #include <atomic>
@@ -47,7 +46,7 @@ struct HistoryPlaceOfOurs {
 struct Backend::Parts {
     Parts(std::function<void(std::function<void()>)> poster, BackendOptions chosen)
         : onMainThread(std::move(poster)), isReplay(!chosen.source.replay.empty()),
-          engine(sampling.get_executor(), chosen.source, [post = onMainThread, ended = std::move(chosen.ended)] {
+          engine(sampling.executor(), chosen.source, [post = onMainThread, ended = std::move(chosen.ended)] {
               if (ended)
                   post(ended);
           }) {
@@ -80,8 +79,7 @@ struct Backend::Parts {
     }
 
     ~Parts() {
-        sampling.stop(); // its tick may hold a turn, and hands what it read to this thread
-        sampling.join();
+        sampling.leave(); // its tick may hold a turn, and hands what it read to this thread
     }
     Parts(const Parts&) = delete;
     Parts& operator=(const Parts&) = delete;
@@ -136,9 +134,10 @@ struct Backend::Parts {
     const bool isReplay;
     const std::shared_ptr<std::atomic<double>> replayed = std::make_shared<std::atomic<double>>(0);
     const std::shared_ptr<int> alive = std::make_shared<int>();
-    boost::asio::thread_pool sampling{1};
-    boost::asio::signal_set signals{sampling};
+    LeavableThread sampling{tickGrace};
     LeavableThread storing;
+    LeavableThread listening; ///< to signals: a reading that hangs must not keep the program from ending
+    boost::asio::signal_set signals{listening.executor()};
     SourceEngine engine;
     HistoryPlaceOfOurs place;
     std::optional<AppModel> model;
