@@ -11,7 +11,7 @@ set -euo pipefail
 
 # One package a word. `package=program`: any such program in PATH will do, whoever installed it.
 buildPackages="g++=g++ cmake=cmake ninja-build=ninja ccache=ccache libfmt-dev libicu-dev libncurses-dev libcli11-dev libsqlite3-dev pkg-config=pkg-config libglib2.0-dev qt6-base-dev qt6-svg-dev qt6-qpa-plugins breeze-icon-theme libgl-dev libxcb1-dev"
-testPackages="libgtest-dev libbenchmark-dev dbus-daemon=dbus-daemon"
+testPackages="libgtest-dev libbenchmark-dev dbus-daemon=dbus-daemon xvfb=Xvfb"
 checkPackages="git=git clang=clang++ libclang-rt-dev clang-format=clang-format clang-tidy=clang-tidy shellcheck=shellcheck"
 brewPackages="cmake ninja ccache boost fmt icu4c ncurses cli11 sqlite qt googletest google-benchmark"
 boostMinor=81 # Boost 1.81 is the first with all that is used of Asio, JSON and Describe
@@ -186,7 +186,7 @@ main() {
     else
         setupElsewhere "Packages are installed by this script on Debian and Ubuntu only. Needed here: a C++20 compiler
 (GCC 12, Clang 14 or newer), CMake 3.22, Ninja, Boost 1.$boostMinor with Boost.JSON, fmt, ICU, ncurses (wide), CLI11, SQLite 3, GLib with
-pkg-config, Qt 6.4 with QtSvg, the Breeze icon theme, and for the tests GoogleTest, Google Benchmark and dbus-daemon, each with its headers." "$wanted"
+pkg-config, Qt 6.4 with QtSvg, the Breeze icon theme, and for the tests GoogleTest, Google Benchmark, dbus-daemon and Xvfb, each with its headers." "$wanted"
     fi
 }
 

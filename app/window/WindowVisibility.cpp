@@ -40,13 +40,18 @@ bool WindowVisibility::eventFilter(QObject* watched, QEvent* event) {
 
 void WindowVisibility::watchHandle() {
     QWindow* now = widget->windowHandle();
-    if (!now || now == handle)
+    if (!now)
         return;
-    handle = now;
-    handle->installEventFilter(this);
-    if (covered) {
+    if (now != handle) {
+        handle = now;
+        handle->installEventFilter(this);
+    }
+    // A window that was closed and is shown again is another one to the system.
+    if (const WId id = handle->winId(); id != native) {
+        native = id;
         isCovered = false;
-        covered->watch(*handle);
+        if (covered)
+            covered->watch(*handle);
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <qwindowdefs.h>
 
 class QWidget;
 class QWindow;
@@ -43,6 +44,7 @@ private:
 
     QWidget* widget;
     QWindow* handle = nullptr;
+    WId native = 0; ///< of `handle`
     CoveredWindows* covered = nullptr;
     bool isCovered = false;
     bool seen = false;

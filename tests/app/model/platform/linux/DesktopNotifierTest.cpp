@@ -3,6 +3,7 @@
 #include "core/judgement/Alert.hpp"
 #include "core/sampling/platform/linux/FileDescriptor.hpp"
 #include "tests/TemporaryFolder.hpp"
+#include "tests/app/model/platform/linux/FakeBus.hpp"
 #include "tests/app/model/platform/linux/FakeDesktop.hpp"
 
 #include <gtest/gtest.h>

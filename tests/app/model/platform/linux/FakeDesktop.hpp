@@ -9,31 +9,11 @@
 #include <thread>
 #include <vector>
 
-#include <sys/types.h>
-
 using GDBusMethodInvocation = struct _GDBusMethodInvocation; // NOLINT(bugprone-reserved-identifier): GIO's own name
 using GMainLoop = struct _GMainLoop;                         // NOLINT(bugprone-reserved-identifier)
 using GVariant = struct _GVariant;                           // NOLINT(bugprone-reserved-identifier)
 
 namespace ostrivane {
-
-/// A message bus of the test's own on the socket `FOLDER/bus`. It starts no services.
-class FakeBus {
-public:
-    explicit FakeBus(std::string folder);
-    ~FakeBus();
-    FakeBus(const FakeBus&) = delete;
-    FakeBus& operator=(const FakeBus&) = delete;
-
-    /// Whether this computer has the program.
-    static bool canRun();
-
-    std::string address() const { return "unix:path=" + folder + "/bus"; }
-
-private:
-    const std::string folder;
-    pid_t program = 0;
-};
 
 /// A server of org.freedesktop.Notifications that notes what it is told.
 class FakeDesktop {
