@@ -9,15 +9,20 @@
 #include "app/window/MainThread.hpp"
 #include "app/window/ScreenshotRun.hpp"
 #include "app/window/SingleInstance.hpp"
+#include "core/sampling/platform/NativeMachine.hpp"
 #include "core/sampling/platform/UserFolders.hpp"
 
 #include <QApplication>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QTemporaryDir>
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -51,33 +56,60 @@ void endLoop() {
     QCoreApplication::exit(0);
 }
 
-int run(const LaunchArguments& arguments) {
+/// Does a last work where something ends the program by `exit` while this object lives: the toolkit does when the
+/// display goes away.
+class AtExit {
+public:
+    explicit AtExit(std::function<void()> work) {
+        lastWork() = std::move(work);
+        static const bool isRegistered = std::atexit([] {
+                                             if (lastWork())
+                                                 lastWork()();
+                                         }) == 0;
+        static_cast<void>(isRegistered);
+    }
+    ~AtExit() { lastWork() = nullptr; }
+    AtExit(const AtExit&) = delete;
+    AtExit& operator=(const AtExit&) = delete;
+
+private:
+    static std::function<void()>& lastWork() {
+        static std::function<void()> kept;
+        return kept;
+    }
+};
+
+int run(LaunchArguments arguments) {
     const MainThread mainThread;
     const bool isReplay = !arguments.replay.empty();
     const auto instance = isReplay ? nullptr : nativeSingleInstance(UserFolders::dataDirectory().value_or("/dev/null"));
-    if (instance) {
-        const auto role = instance->claim(arguments.page);
-        if (role == SingleInstance::Role::second)
+    if (instance && !instance->claim()) {
+        if (!decideLaunch(arguments).showsWindow || instance->showFirst(arguments.page))
             return 0;
-        if (role == SingleInstance::Role::stuck) {
-            say(stderr, "Ostrivane is running already, and its window cannot be brought up from here.\n");
-            return failed;
-        }
+        say(stderr, "Ostrivane is running already, and its window cannot be brought up from here.\n");
+        return failed;
     }
-    Backend backend(mainThread.poster(), {.source = {.replay = arguments.replay}});
+    const QTemporaryDir replayFolder; // a recording has a history of its own, for as long as it is shown
+    Backend backend(mainThread.poster(), {.source = {.replay = arguments.replay},
+                                          .historyFolder = isReplay ? replayFolder.path().toStdString() : ""});
     if (const auto problem = backend.problem()) {
         say(stderr, *problem + "\n");
         return failed;
     }
     AppDelegate delegate(backend, {.loginItem = nativeLoginItem(),
                                    .appearance = nativeDesktopAppearance(),
-                                   .hasTray = [] { return false; }, // no icon is put there yet
+                                   // No icon is put there yet. macOS opens a program that runs once more.
+                                   .hasTray = [] { return nativePlatform() == Platform::macOS; },
                                    .onMainThread = mainThread.poster(),
                                    .quit = endLoop});
-    if (instance)
-        instance->onActivated([&](std::optional<Page> page) { delegate.applicationShouldHandleReopen(page); });
     backend.onQuitSignal(endLoop);
-    delegate.applicationDidFinishLaunching(arguments);
+    delegate.pages().loginItem.onLaunched([&](bool atLogin) {
+        arguments.isLogin = arguments.isLogin || atLogin;
+        if (instance)
+            instance->onActivated([&](std::optional<Page> page) { delegate.applicationShouldHandleReopen(page); });
+        delegate.applicationDidFinishLaunching(arguments);
+    });
+    const AtExit atExit([&] { delegate.saveWork(); });
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
     return status;

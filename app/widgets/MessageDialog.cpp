@@ -16,6 +16,7 @@ namespace {
 
 constexpr double wide = 420;
 constexpr std::size_t mostItems = 5;
+constexpr int declined = 2; ///< beside the toolkit's Accepted, and Rejected, which it says of a closed dialog too
 
 } // namespace
 
@@ -71,13 +72,14 @@ MessageDialog::MessageDialog(const MessageText& text, QWidget* parent) : QDialog
     first->setFocus();
     outer->addWidget(buttons);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(buttons, &QDialogButtonBox::rejected, this, [this] { done(declined); });
     setFixedSize(Type::px(wide), outer->totalHeightForWidth(Type::px(wide)));
 }
 
-bool MessageDialog::ask(const MessageText& text, QWidget* parent) {
+std::optional<bool> MessageDialog::choose(const MessageText& text, QWidget* parent) {
     MessageDialog dialog(text, parent);
-    return dialog.exec() == QDialog::Accepted;
+    const int answer = dialog.exec();
+    return answer == QDialog::Rejected ? std::nullopt : std::optional(answer == QDialog::Accepted);
 }
 
 } // namespace ostrivane

@@ -5,6 +5,7 @@
 
 #include <QDialog>
 
+#include <optional>
 #include <vector>
 
 namespace ostrivane {
@@ -26,7 +27,10 @@ public:
     MessageDialog(const MessageText& text, QWidget* parent);
 
     /// Asks, and waits; true for `confirm`.
-    static bool ask(const MessageText& text, QWidget* parent);
+    static bool ask(const MessageText& text, QWidget* parent) { return choose(text, parent).value_or(false); }
+    /// Asks between two things, and waits; false for `cancel`, absent when neither button was pressed: Escape, or the
+    /// end of the program.
+    static std::optional<bool> choose(const MessageText& text, QWidget* parent);
 };
 
 } // namespace ostrivane

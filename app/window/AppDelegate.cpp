@@ -75,6 +75,10 @@ void AppDelegate::applicationShouldHandleReopen(std::optional<Page> page) {
 
 void AppDelegate::applicationWillTerminate() {
     manager->saveFrame();
+    saveWork();
+}
+
+void AppDelegate::saveWork() {
     context.model.stopSession(); // what was recorded so far is worth more than a row without an end
     backend.finish(flushPatience);
 }
@@ -84,7 +88,7 @@ bool AppDelegate::mayCloseWindow() {
         return true;
     KeyValueStore& kept = context.model.settings().defaults();
     if (!kept.boolean(keepRunningKey)) {
-        const bool keeps = MessageDialog::ask(
+        const auto keeps = MessageDialog::choose(
             {.condition = Condition::info,
              .heading = QStringLiteral("Keep running without a window?"),
              .text =
@@ -96,7 +100,9 @@ bool AppDelegate::mayCloseWindow() {
              .kind = ButtonKind::plain,
              .cancel = QStringLiteral("Quit")},
             manager->window());
-        kept.setBoolean(keepRunningKey, keeps);
+        if (!keeps)
+            return false;
+        kept.setBoolean(keepRunningKey, *keeps);
     }
     if (!kept.boolean(keepRunningKey).value_or(false))
         parts.quit();

@@ -33,8 +33,9 @@ public:
     void applicationDidFinishLaunching(const LaunchArguments& arguments);
     /// A further start of the program, or a click on its icon.
     void applicationShouldHandleReopen(std::optional<Page> page);
-    /// Waits two seconds for the history at the most.
     void applicationWillTerminate();
+    /// Ends a session that runs and writes the history; waits two seconds for it at the most.
+    void saveWork();
 
     WindowManager& windows() { return *manager; }
     PageContext& pages() { return context; }

@@ -59,7 +59,8 @@ LaunchArguments parseLaunchArguments(const std::vector<std::string>& arguments) 
         } else if (argument == "--background") {
             told.isBackground = true;
         } else if (isOne("--page")) {
-            if (const auto raw = value())
+            const bool isAlone = name == argument && (i + 1 == arguments.size() || arguments[i + 1].starts_with("--"));
+            if (const auto raw = isAlone ? std::nullopt : value())
                 told.page = fromRawValue<Page>(*raw);
         } else if (isOne("--replay")) {
             told.replay = wanted("the file of a recording");

@@ -12,18 +12,15 @@ namespace ostrivane {
 /// Sees to it that one program serves the user's session. Belongs to the main thread.
 class SingleInstance {
 public:
-    enum class Role {
-        first,  ///< this program is the one
-        second, ///< another one runs, and was told to show its window
-        stuck   ///< another one runs, and could not be told
-    };
-
     virtual ~SingleInstance() = default;
 
-    /// Tries to be the first; else tells the first to show its window, on `page` where one is given.
-    virtual Role claim(const std::optional<Page>& page) = 0;
+    /// Whether this program is the one from now on: no other runs.
+    virtual bool claim() = 0;
 
-    /// What a further start asks of this one, the first.
+    /// Has the one that runs show its window, on `page` where one is given. Whether it could be told.
+    virtual bool showFirst(const std::optional<Page>& page) = 0;
+
+    /// What a further start asks of this one, the first, which the system has launched by now.
     virtual void onActivated(std::function<void(std::optional<Page>)> activated) = 0;
 };
 

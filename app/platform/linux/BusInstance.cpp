@@ -6,6 +6,8 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
 #include <QObject>
 #include <QVariantMap>
@@ -56,31 +58,32 @@ private:
 
 namespace {
 
-/// Over the session's bus: its name is the program's. Without a bus a locked file keeps a second program away, which
-/// can then not be shown by it.
+/// Over the session's bus: its name is the program's. Where there is no bus, or none any more, a locked file keeps a
+/// second program away, which can then not show the first one's window.
 class BusInstance final : public SingleInstance {
 public:
     explicit BusInstance(const std::string& folder) : lock(text(folder + "/window.lock")) {}
     ~BusInstance() override { QDBusConnection::disconnectFromBus(QLatin1String(connectionName)); }
 
-    Role claim(const std::optional<Page>& page) override {
+    bool claim() override {
         const auto address = sessionBusAddress({.address = qgetenv("DBUS_SESSION_BUS_ADDRESS").toStdString(),
                                                 .runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString()});
         QDBusConnection bus = QDBusConnection::connectToBus(text(address.value_or("")), QLatin1String(connectionName));
-        if (!address || !bus.isConnected())
-            return claimFile();
-        bus.registerObject(QLatin1String(object), &application, QDBusConnection::ExportAllSlots);
-        if (bus.registerService(QLatin1String(service)))
-            return Role::first;
-        return callFirst(bus, page) ? Role::second : Role::stuck;
+        if (address && bus.isConnected()) {
+            bus.registerObject(QLatin1String(object), &application, QDBusConnection::ExportAllSlots);
+            if (!bus.registerService(QLatin1String(service)))
+                return false;
+        }
+        if (claimFile())
+            return true;
+        bus.unregisterService(QLatin1String(service)); // who has the file cannot be reached by it
+        return false;
     }
 
-    void onActivated(std::function<void(std::optional<Page>)> activated) override {
-        application.activated = std::move(activated);
-    }
-
-private:
-    static bool callFirst(const QDBusConnection& bus, const std::optional<Page>& page) {
+    bool showFirst(const std::optional<Page>& page) override {
+        const QDBusConnection bus{QLatin1String(connectionName)};
+        if (!bus.isConnected())
+            return false;
         QDBusMessage call = QDBusMessage::createMethodCall(
             QLatin1String(service), QLatin1String(object), QLatin1String(applicationInterface),
             page ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
@@ -90,11 +93,16 @@ private:
         return bus.call(call, QDBus::Block, static_cast<int>(patience.count())).type() == QDBusMessage::ReplyMessage;
     }
 
-    Role claimFile() {
+    void onActivated(std::function<void(std::optional<Page>)> activated) override {
+        application.activated = std::move(activated);
+    }
+
+private:
+    bool claimFile() {
+        QDir().mkpath(QFileInfo(lock.fileName()).path());
         lock.setStaleLockTime(0); // only a program that has ended leaves a stale one
-        if (lock.tryLock() || lock.error() != QLockFile::LockFailedError)
-            return Role::first; // where no lock can be made, two programs are better than none
-        return Role::stuck;
+        // Where no lock can be made, two programs are better than none.
+        return lock.tryLock() || lock.error() != QLockFile::LockFailedError;
     }
 
     BusApplication application;
