@@ -5,9 +5,11 @@
 #include "app/pages/LoginRow.hpp"
 #include "app/pages/SettingsControls.hpp"
 #include "app/pages/SettingsPageText.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Stepper.hpp"
 #include "app/widgets/Strings.hpp"
+#include "core/sampling/platform/NativeMachine.hpp"
 
 namespace ostrivane {
 
@@ -46,7 +48,7 @@ QWidget* GeneralSettings::makeStart(SettingsControls& controls) {
     auto* group = new SettingsGroup(tr("Start"), this);
     login = new LoginRow(context, group);
     group->addRow(login);
-    const bool hasDock = context.words.system == PlatformWords::macOS.system;
+    const bool hasDock = nativePlatform() == Platform::macOS;
     if (hasDock)
         group->add(tr("Show in Dock"), tr("Keep the icon in the Dock while no window is open"),
                    controls.toggle(tr("Show in Dock"), &Preferences::showInDock));
@@ -57,7 +59,7 @@ QWidget* GeneralSettings::makeStart(SettingsControls& controls) {
 
 void GeneralSettings::addClosing(SettingsGroup& group, SettingsControls& controls) {
     keepRunning = new Switch(tr("Keep running without the window"));
-    connect(keepRunning, &QAbstractButton::clicked, this, [this](bool keeps) {
+    connect(keepRunning, &QAbstractButton::toggled, this, [this](bool keeps) {
         context.model.settings().defaults().setBoolean(keepRunningKey, keeps);
         showClosing();
     });
@@ -69,7 +71,7 @@ void GeneralSettings::showClosing() {
     const bool hasTray = context.hasTray();
     const auto keeps = context.model.settings().defaults().boolean(keepRunningKey);
     closing->setDetail(text(closingText(hasTray, keeps)));
-    keepRunning->setChecked(hasTray || keeps.value_or(false));
+    showChecked(*keepRunning, hasTray || keeps.value_or(false));
     keepRunning->setEnabled(!hasTray);
 }
 

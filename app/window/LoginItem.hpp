@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,6 +23,11 @@ public:
     virtual State state() const = 0;
     /// What went wrong, in the system's words; absent when all went well. `state` tells what holds now.
     virtual std::optional<std::string> set(bool enabled) = 0;
+
+    /// Calls `launched` once the system has launched this program, with whether it did so as this item. To be called
+    /// before the event loop runs, which may be what the system waits for. Here at once: an item that starts the
+    /// program with "--login" needs to tell no more.
+    virtual void onLaunched(std::function<void(bool atLogin)> launched) { launched(false); }
 };
 
 std::unique_ptr<LoginItem> nativeLoginItem();

@@ -11,6 +11,7 @@
 #include <QIcon>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 
 #include <memory>
 #include <utility>
@@ -26,17 +27,33 @@ QAction* add(QMenu* menu, const QString& title, const QKeySequence& keys, std::f
     return item;
 }
 
+/// What had the focus last, menus aside: they take it while they are open.
+class Focused {
+public:
+    explicit Focused(QObject* parent) {
+        QObject::connect(qApp, &QApplication::focusChanged, parent, [kept = kept](QWidget*, QWidget* now) {
+            if (now && !qobject_cast<QMenuBar*>(now) && !qobject_cast<QMenu*>(now))
+                *kept = now;
+        });
+    }
+    QWidget* widget() const { return *kept; }
+
+private:
+    std::shared_ptr<QPointer<QWidget>> kept = std::make_shared<QPointer<QWidget>>();
+};
+
 /// An item that works on whatever has the focus, such as a field of text.
-void addForFocus(QMenu* menu, const QString& title, QKeySequence::StandardKey keys, const char* slot) {
+void addForFocus(QMenu* menu, const Focused& focus, const QString& title, QKeySequence::StandardKey keys,
+                 const char* slot) {
     auto* item = menu->addAction(title);
     item->setShortcut(keys);
     item->setShortcutContext(Qt::WidgetShortcut); // the widget with the focus takes the keys by itself
-    QObject::connect(item, &QAction::triggered, menu, [slot] {
-        if (QWidget* focused = QApplication::focusWidget())
+    QObject::connect(item, &QAction::triggered, menu, [focus, slot] {
+        if (QWidget* focused = focus.widget())
             QMetaObject::invokeMethod(focused, slot);
     });
-    QObject::connect(menu, &QMenu::aboutToShow, item, [item, slot] {
-        const QWidget* focused = QApplication::focusWidget();
+    QObject::connect(menu, &QMenu::aboutToShow, item, [item, focus, slot] {
+        const QWidget* focused = focus.widget();
         item->setEnabled(focused && focused->metaObject()->indexOfMethod((QByteArray(slot) + "()").constData()) >= 0);
     });
 }
@@ -45,6 +62,8 @@ void addForFocus(QMenu* menu, const QString& title, QKeySequence::StandardKey ke
 
 QMenuBar* buildMainMenu(AppModel& model, const PlatformWords& words, MenuActions actions, QWidget* parent) {
     const bool isMac = nativePlatform() == Platform::macOS;
+    if (isMac == (parent != nullptr))
+        return nullptr;
     auto* bar = new QMenuBar(parent);
     const auto shared = std::make_shared<MenuActions>(std::move(actions));
     const auto call = [shared](std::function<void()> MenuActions::*which) {
@@ -61,13 +80,14 @@ QMenuBar* buildMainMenu(AppModel& model, const PlatformWords& words, MenuActions
         ->setMenuRole(QAction::QuitRole);
 
     QMenu* edit = bar->addMenu(QStringLiteral("Edit"));
-    addForFocus(edit, QStringLiteral("Undo"), QKeySequence::Undo, "undo");
-    addForFocus(edit, QStringLiteral("Redo"), QKeySequence::Redo, "redo");
+    const Focused focus(bar);
+    addForFocus(edit, focus, QStringLiteral("Undo"), QKeySequence::Undo, "undo");
+    addForFocus(edit, focus, QStringLiteral("Redo"), QKeySequence::Redo, "redo");
     edit->addSeparator();
-    addForFocus(edit, QStringLiteral("Cut"), QKeySequence::Cut, "cut");
-    addForFocus(edit, QStringLiteral("Copy"), QKeySequence::Copy, "copy");
-    addForFocus(edit, QStringLiteral("Paste"), QKeySequence::Paste, "paste");
-    addForFocus(edit, QStringLiteral("Select All"), QKeySequence::SelectAll, "selectAll");
+    addForFocus(edit, focus, QStringLiteral("Cut"), QKeySequence::Cut, "cut");
+    addForFocus(edit, focus, QStringLiteral("Copy"), QKeySequence::Copy, "copy");
+    addForFocus(edit, focus, QStringLiteral("Paste"), QKeySequence::Paste, "paste");
+    addForFocus(edit, focus, QStringLiteral("Select All"), QKeySequence::SelectAll, "selectAll");
     edit->addSeparator();
     add(edit, QStringLiteral("Search Pages"), QKeySequence(Qt::CTRL | Qt::Key_F), call(&MenuActions::focusSearch));
 

@@ -30,6 +30,8 @@ struct MenuActions {
 
 /// Builds the menu bar. What an item says, and whether it can be used, is settled when its menu opens and when the
 /// model changes.
+/// @param parent  the window that it is for; null: the program, whose bar macOS shows with a window and without
+/// @return        null where it does not belong: on macOS to a window, elsewhere to the program
 QMenuBar* buildMainMenu(AppModel& model, const PlatformWords& words, MenuActions actions, QWidget* parent);
 
 } // namespace ostrivane

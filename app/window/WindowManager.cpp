@@ -8,6 +8,7 @@
 
 #include <QByteArray>
 #include <QGuiApplication>
+#include <QMenuBar>
 #include <QScreen>
 
 #include <algorithm>
@@ -32,7 +33,15 @@ QSize fitting(const QSize& wanted) {
 } // namespace
 
 WindowManager::WindowManager(PageContext& given, MenuActions offered, std::function<bool()> asked)
-    : context(given), actions(std::move(offered)), mayClose(std::move(asked)) {}
+    : context(given), actions(std::move(offered)), mayClose(std::move(asked)) {
+    for (const auto which :
+         {&MenuActions::minimize, &MenuActions::zoom, &MenuActions::close, &MenuActions::toggleFullScreen})
+        actions.*which = [this, act = std::move(actions.*which)] {
+            if (isWindowVisible()) // the menu may stand without one
+                act();
+        };
+    menu.reset(buildMainMenu(context.model, context.words, actions, nullptr));
+}
 
 WindowManager::~WindowManager() {
     saveFrame();

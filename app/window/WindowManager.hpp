@@ -6,6 +6,8 @@
 #include <functional>
 #include <memory>
 
+class QMenuBar;
+
 namespace ostrivane {
 
 class MainWindow;
@@ -37,6 +39,7 @@ private:
     PageContext& context;
     MenuActions actions;
     std::function<bool()> mayClose;
+    std::unique_ptr<QMenuBar> menu; ///< stands without a window; null where each window has its own
     std::unique_ptr<MainWindow> shown;
 };
 

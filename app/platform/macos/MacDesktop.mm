@@ -3,11 +3,28 @@
 #include "app/window/WindowVisibility.hpp"
 
 #import <AppKit/AppKit.h>
+#import <CoreServices/CoreServices.h>
 #include <QEvent>
 #include <QGuiApplication>
 #include <QObject>
 
+#include <functional>
+#include <optional>
 #include <utility>
+
+/// Is told when the running program is opened again, as by a click on its icon.
+@interface OstrivaneReopening : NSObject {
+@public
+    std::function<void(std::optional<ostrivane::Page>)> activated;
+}
+- (void)handleEvent:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply;
+@end
+
+@implementation OstrivaneReopening
+- (void)handleEvent:(NSAppleEventDescriptor*)event withReplyEvent:(NSAppleEventDescriptor*)reply {
+    activated(std::nullopt);
+}
+@end
 
 namespace ostrivane {
 
@@ -35,11 +52,33 @@ private:
     std::function<void()> changed;
 };
 
-/// The system starts a program once.
+/// The system starts a program once, and sends it an event when it is opened again. The toolkit's handler, which this
+/// one takes the place of, was set before the launch was over.
 class SystemInstance final : public SingleInstance {
 public:
-    Role claim(const std::optional<Page>&) override { return Role::first; }
-    void onActivated(std::function<void(std::optional<Page>)>) override {}
+    SystemInstance() = default;
+    ~SystemInstance() override {
+        if (reopening)
+            [NSAppleEventManager.sharedAppleEventManager removeEventHandlerForEventClass:kCoreEventClass
+                                                                              andEventID:kAEReopenApplication];
+    }
+    SystemInstance(const SystemInstance&) = delete;
+    SystemInstance& operator=(const SystemInstance&) = delete;
+
+    bool claim() override { return true; }
+    bool showFirst(const std::optional<Page>&) override { return false; }
+    void onActivated(std::function<void(std::optional<Page>)> activated) override {
+        OstrivaneReopening* const handler = [[OstrivaneReopening alloc] init];
+        handler->activated = std::move(activated);
+        [NSAppleEventManager.sharedAppleEventManager setEventHandler:handler
+                                                         andSelector:@selector(handleEvent:withReplyEvent:)
+                                                       forEventClass:kCoreEventClass
+                                                          andEventID:kAEReopenApplication];
+        reopening = handler; // which the system does not keep
+    }
+
+private:
+    OstrivaneReopening* reopening = nil;
 };
 
 } // namespace
