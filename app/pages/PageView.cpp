@@ -8,11 +8,14 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <map>
 #include <utility>
 
 namespace ostrivane {
@@ -122,15 +125,18 @@ void PageView::setNarrow(bool isNarrow) {
     const int margin = Type::px(narrow ? narrowMargin : pageMargin);
     header->layout()->setContentsMargins(margin, 0, margin, 0);
     strips->layout()->setContentsMargins(margin, 0, margin, Type::px(12));
-    if (QWidget* body = scroll ? scroll->widget() : nullptr)
-        body->setContentsMargins(margin, 0, margin, margin);
+    if (scroll)
+        placeBody();
     else
         holder->setContentsMargins(margin, 0, margin, margin);
     narrowChanged();
 }
 
 void PageView::focusMain() {
-    setFocus(Qt::OtherFocusReason);
+    QWidget* main = mainWidget();
+    if (!main || !main->isVisible())
+        main = this;
+    main->setFocus(Qt::OtherFocusReason);
 }
 
 void PageView::focusHeader() {
@@ -165,7 +171,6 @@ void PageView::setBody(QWidget* body, bool fills) {
         holder->layout()->addWidget(body);
         return;
     }
-    body->setContentsMargins(margin, 0, margin, margin);
     scroll = new QScrollArea(holder);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
@@ -177,6 +182,30 @@ void PageView::setBody(QWidget* body, bool fills) {
     holder->layout()->addWidget(scroll);
     connect(scroll->verticalScrollBar(), &QScrollBar::valueChanged, header,
             [line = static_cast<Header*>(header)](int value) { line->setLine(value > 0); });
+    connect(scroll->verticalScrollBar(), &QScrollBar::rangeChanged, this, &PageView::placeBody);
+    placeBody();
+}
+
+/// The scroll bar lies in the margin, so that what scrolls is as wide as what does not.
+void PageView::placeBody() {
+    const int margin = Type::px(narrow ? narrowMargin : pageMargin);
+    const QScrollBar* bar = scroll->verticalScrollBar();
+    const int beside = bar->maximum() > bar->minimum() ? std::max(margin - bar->sizeHint().width(), 0) : margin;
+    const bool fromLeft = layoutDirection() == Qt::LeftToRight;
+    scroll->widget()->setContentsMargins(fromLeft ? margin : beside, 0, fromLeft ? beside : margin, margin);
+}
+
+/// What has the focus took the key already if it wanted it.
+void PageView::keyPressEvent(QKeyEvent* event) {
+    static const std::map<int, QAbstractSlider::SliderAction> moves = {
+        {Qt::Key_Up, QAbstractSlider::SliderSingleStepSub},   {Qt::Key_Down, QAbstractSlider::SliderSingleStepAdd},
+        {Qt::Key_PageUp, QAbstractSlider::SliderPageStepSub}, {Qt::Key_PageDown, QAbstractSlider::SliderPageStepAdd},
+        {Qt::Key_Home, QAbstractSlider::SliderToMinimum},     {Qt::Key_End, QAbstractSlider::SliderToMaximum}};
+    const auto move = moves.find(event->key());
+    if (scroll && move != moves.end() && !(event->modifiers() & ~Qt::KeypadModifier))
+        scroll->verticalScrollBar()->triggerAction(move->second);
+    else
+        QWidget::keyPressEvent(event);
 }
 
 void PageView::addStrip(QWidget* strip) {

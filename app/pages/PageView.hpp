@@ -41,7 +41,7 @@ public:
     bool isNarrow() const { return narrow; }
 
     /// Puts the focus where work on this page begins.
-    virtual void focusMain();
+    void focusMain();
     void focusHeader();
     bool headerHas(const QWidget* widget) const;
     /// The field that "/" goes to; null without one.
@@ -56,6 +56,8 @@ protected:
     virtual void wake() {}
     virtual void sleep() {}
     virtual void narrowChanged() {}
+    /// What the page is mostly about, a list for instance; null: its body.
+    virtual QWidget* mainWidget() const { return nullptr; }
 
     void setSubtitle(const QString& subtitle);
     /// A status glyph ahead of the subtitle; absent: none.
@@ -82,6 +84,7 @@ protected:
             };
     }
 
+    void keyPressEvent(QKeyEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
@@ -89,6 +92,7 @@ protected:
 
 private:
     void settle();
+    void placeBody();
     void updateHeader();
 
     const Page ownPage;

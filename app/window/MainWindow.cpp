@@ -55,8 +55,10 @@ MainWindow::~MainWindow() = default;
 void MainWindow::setSeen(bool isSeen) {
     seen = isSeen;
     sidebar->setSeen(seen);
-    if (PageView* page = currentPage())
-        page->setWindowSeen(seen);
+    PageView* page = currentPage();
+    page->setWindowSeen(seen);
+    if (seen && !std::exchange(wasSeen, true))
+        page->focusMain();
 }
 
 void MainWindow::focusSearch() {

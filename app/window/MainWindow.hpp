@@ -56,6 +56,7 @@ private:
     std::array<PageView*, rawTexts(EnumTag<Page>()).size()> pages{}; ///< null until visited
     Subscription watching;
     bool seen = false;
+    bool wasSeen = false; ///< ever
 };
 
 /// Below this a window is narrow, in pixels at a base of 13.

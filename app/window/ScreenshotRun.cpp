@@ -13,6 +13,7 @@
 #include "app/window/MainWindow.hpp"
 #include "app/window/Sidebar.hpp"
 #include "core/model/RawValue.hpp"
+#include "core/model/Text.hpp"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -40,7 +41,7 @@ constexpr std::array<std::string_view, 7> wantedReadings{"gpu",     "projects", 
 constexpr auto settling = 60ms; // for what a page does a moment after it was shown
 
 int fail(const std::string& problem) {
-    std::fputs((problem + "\n").c_str(), stderr);
+    std::fputs((Text::visible(problem) + "\n").c_str(), stderr);
     return 1;
 }
 

@@ -1,8 +1,8 @@
 #include "app/window/Sidebar.hpp"
 
 #include "app/model/AppModel.hpp"
-#include "app/widgets/Card.hpp"
 #include "app/widgets/FilterField.hpp"
+#include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
 #include "app/window/SidebarDelegate.hpp"
@@ -33,6 +33,7 @@ QListView* makeList(SidebarModel* pages, const QString& name, QWidget* parent) {
     list->setEditTriggers(QAbstractItemView::NoEditTriggers);
     list->setMouseTracking(true);
     list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    list->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff); // wheel and keys move it
     list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     list->setAccessibleName(name);
     list->viewport()->setAutoFillBackground(false);
@@ -50,14 +51,18 @@ Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date
     footPages = new SidebarModel(SidebarModel::Part::settings, words, this);
     list = makeList(pages, QStringLiteral("Pages"), this);
     foot = makeList(footPages, QStringLiteral("Settings"), this);
-    foot->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     foot->setFixedHeight(foot->sizeHintForRow(0));
 
-    QWidget* line = Card::separator(this);
+    line = new QWidget(this);
+    line->setFixedHeight(1);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(Type::px(8), Type::px(10), Type::px(8) + 1, Type::px(8));
     column->setSpacing(Type::px(6));
+    nothing = new TextLabel(TypeRole::secondary, Tone::text2, this);
+    nothing->setText(QStringLiteral("No matches."));
+    nothing->hide();
     column->addWidget(search);
+    column->addWidget(nothing);
     column->addWidget(list, 1);
     column->addWidget(line);
     column->addWidget(foot);
@@ -66,13 +71,18 @@ Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date
 
     connect(search, &QLineEdit::textChanged, this, [this](const QString& wanted) {
         pages->setFilter(wanted);
+        footPages->setFilter(wanted);
+        nothing->setVisible(!pages->firstPage() && !footPages->firstPage());
         showSelection();
     });
     connect(search, &QLineEdit::returnPressed, this, &Sidebar::chooseFirst);
     for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}})
-        connect(view->selectionModel(), &QItemSelectionModel::currentChanged, this,
-                [this, rows = rows](const QModelIndex& chosen) {
-                    if (const auto page = chosen.isValid() ? rows->row(chosen.row()).page : std::nullopt;
+        // Not the current row: a list that gets the focus makes its first row the current one.
+        connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+                [this, rows = rows](const QItemSelection& chosen) {
+                    if (chosen.isEmpty())
+                        return;
+                    if (const auto page = rows->row(chosen.indexes().first().row()).page;
                         page && *page != model.navigation().selectedPage())
                         Q_EMIT pageChosen(*page);
                 });
@@ -88,7 +98,8 @@ void Sidebar::focusSearch() {
 }
 
 void Sidebar::focusList() {
-    list->setFocus(Qt::TabFocusReason);
+    QListView* chosen = footPages->indexOf(model.navigation().selectedPage()) ? foot : list;
+    chosen->setFocus(Qt::TabFocusReason);
 }
 
 void Sidebar::setNarrow(bool narrow) {
@@ -138,20 +149,24 @@ void Sidebar::showSelection() {
 }
 
 void Sidebar::chooseFirst() {
-    const auto first = pages->firstPage();
-    if (!first)
-        return;
-    const auto page = pages->row(*first).page;
-    search->clear();
-    Q_EMIT pageChosen(*page);
+    for (const SidebarModel* rows : {pages, footPages})
+        if (const auto first = rows->firstPage()) {
+            const auto page = rows->row(*first).page;
+            search->clear();
+            Q_EMIT pageChosen(*page);
+            return;
+        }
 }
 
 bool Sidebar::eventFilter(QObject* watched, QEvent* event) {
     if (watched == search && event->type() == QEvent::KeyPress &&
         static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
-        list->setFocus(Qt::TabFocusReason);
-        if (const auto first = pages->firstPage())
-            list->setCurrentIndex(pages->index(*first));
+        for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}})
+            if (const auto first = rows->firstPage()) {
+                view->setFocus(Qt::TabFocusReason);
+                view->setCurrentIndex(rows->index(*first));
+                break;
+            }
         return true;
     }
     return QWidget::eventFilter(watched, event);
@@ -163,6 +178,7 @@ void Sidebar::paintEvent(QPaintEvent*) {
     painter.fillRect(rect(), theme.sidebar);
     const int edge = layoutDirection() == Qt::LeftToRight ? width() - 1 : 0;
     painter.fillRect(edge, 0, 1, height(), theme.border);
+    painter.fillRect(line->geometry(), theme.border);
 }
 
 void Sidebar::showEvent(QShowEvent* event) {

@@ -14,6 +14,7 @@ namespace ostrivane {
 class AppModel;
 class FilterField;
 class SidebarModel;
+class TextLabel;
 enum class Page;
 struct ModelChanges;
 struct PlatformWords;
@@ -50,8 +51,10 @@ private:
     AppModel& model;
     std::function<Date()> now;
     FilterField* search = nullptr;
+    TextLabel* nothing = nullptr; ///< matches
     QListView* list = nullptr;
     QListView* foot = nullptr;
+    QWidget* line = nullptr; ///< above the foot
     SidebarModel* pages = nullptr;
     SidebarModel* footPages = nullptr;
     Subscription watching;
