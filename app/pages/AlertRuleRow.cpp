@@ -1,6 +1,7 @@
 #include "app/pages/AlertRuleRow.hpp"
 
 #include "app/pages/RuleNumberField.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/Strings.hpp"
@@ -10,6 +11,9 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
 
 namespace ostrivane {
 
@@ -72,7 +76,7 @@ QWidget* AlertRuleRow::makeHead() {
     auto* head = new QWidget(this);
     head->setMinimumHeight(Type::px(40));
     enabled = new Switch(title, head);
-    connect(enabled, &QAbstractButton::clicked, this, [this](bool isOn) { Q_EMIT changeWanted({.enabled = isOn}); });
+    connect(enabled, &QAbstractButton::toggled, this, [this](bool isOn) { Q_EMIT changeWanted({.enabled = isOn}); });
     name = new TextLabel(TypeRole::tableStrong, Tone::text, head);
     name->setText(title);
     line = new TextLabel(TypeRole::tableHead, Tone::text2, head);
@@ -96,7 +100,7 @@ QWidget* AlertRuleRow::makeHead() {
 
 void AlertRuleRow::set(const AlertRule& rule) {
     shown = rule;
-    enabled->setChecked(rule.enabled);
+    showChecked(*enabled, rule.enabled);
     name->setTone(rule.enabled ? Tone::text : Tone::text3);
     line->setText(text(ruleLine(rule)));
     bell->setVisible(rule.notify);
@@ -134,13 +138,14 @@ void AlertRuleRow::makeDetails() {
     threshold = addField(*column, tr("Threshold"), numbers.threshold, &AlertRuleChange::threshold);
     lasting = numbers.lasting ? addField(*column, tr("Lasting"), *numbers.lasting, &AlertRuleChange::window) : nullptr;
     cooldown = addField(*column, tr("Not again for"), numbers.cooldown, &AlertRuleChange::cooldown);
+    alignFields();
 
     auto* label = new TextLabel(TypeRole::secondary, Tone::text2, details);
     label->setText(tr("Notify me"));
     label->setFixedWidth(std::max(Type::px(104), label->sizeHint().width() + Type::px(8)));
     notify = new Switch(tr("Notify me of “%1”").arg(text(title(shown.kind))), details);
     notify->setChecked(shown.notify);
-    connect(notify, &QAbstractButton::clicked, this, [this](bool isOn) { Q_EMIT changeWanted({.notify = isOn}); });
+    connect(notify, &QAbstractButton::toggled, this, [this](bool isOn) { Q_EMIT changeWanted({.notify = isOn}); });
     auto* row = new QHBoxLayout;
     row->setSpacing(Type::px(8));
     row->addWidget(label);
@@ -162,7 +167,19 @@ void AlertRuleRow::setDetails() {
     if (lasting)
         lasting->set(*numbers.lasting);
     cooldown->set(numbers.cooldown);
-    notify->setChecked(shown.notify);
+    showChecked(*notify, shown.notify);
+    alignFields();
+}
+
+/// The fields stand below each other, all as wide as the widest needs.
+void AlertRuleRow::alignFields() {
+    const std::array fields{threshold, lasting, cooldown};
+    int widest = 0;
+    for (const RuleNumberField* field : fields)
+        widest = std::max(widest, field ? field->leastStepperWidth() : 0);
+    for (RuleNumberField* field : fields)
+        if (field)
+            field->setStepperWidth(widest);
 }
 
 void AlertRuleRow::paintEvent(QPaintEvent*) {

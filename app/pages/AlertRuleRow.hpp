@@ -31,6 +31,7 @@ private:
     QWidget* makeHead();
     void makeDetails();
     void setDetails();
+    void alignFields();
     RuleNumberField* addField(QVBoxLayout& column, const QString& caption, const RuleNumber& number,
                               std::optional<double> AlertRuleChange::*member);
     void open(bool isOpen);

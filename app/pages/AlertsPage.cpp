@@ -3,6 +3,7 @@
 #include "app/pages/AlertLines.hpp"
 #include "app/pages/AlertRulesCard.hpp"
 #include "app/pages/AlertsView.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/EmptyState.hpp"
@@ -56,7 +57,7 @@ void AlertsPage::makeHeader() {
     addHeaderControl(notificationsLabel);
     notifications = new Switch(tr("Notifications"), this);
     notifications->setToolTip(tr("Notifications"));
-    connect(notifications, &QAbstractButton::clicked, this,
+    connect(notifications, &QAbstractButton::toggled, this,
             [this](bool isOn) { model().settings().set(&Preferences::notificationsEnabled, isOn); });
     addHeaderControl(notifications);
     clearButton = new PushButton(tr("Clear…"), ButtonKind::plain, this);
@@ -114,10 +115,8 @@ void AlertsPage::arrange() {
     rules->setMaximumWidth(isNarrow() ? QWIDGETSIZE_MAX : Type::px(rulesWidth));
 }
 
-void AlertsPage::focusMain() {
-    if (!list->isVisible())
-        return PageView::focusMain();
-    list->setFocus(Qt::OtherFocusReason);
+QWidget* AlertsPage::mainWidget() const {
+    return list;
 }
 
 void AlertsPage::wake() {
@@ -151,7 +150,7 @@ void AlertsPage::showAlerts() {
 }
 
 void AlertsPage::showSettings() {
-    notifications->setChecked(model().settings()->notificationsEnabled);
+    showChecked(*notifications, model().settings()->notificationsEnabled);
     footer->setText(text(alertsFooter(model().settings()->retentionDays)));
     rules->refresh();
 }

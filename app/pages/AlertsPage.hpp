@@ -22,9 +22,8 @@ class AlertsPage final : public PageView {
 public:
     explicit AlertsPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
-
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void wake() override;
     void sleep() override;

@@ -181,6 +181,7 @@ void AppDetail::refresh() {
     name->setText(text(head->name));
     reveal->setAccessibleName(QStringLiteral("Reveal %1").arg(name->text()));
     reveal->setVisible(context.reveal && head->revealPath);
+    reveal->setEnabled(app != nullptr);
     const AppDetailText shown = presentAppDetail(state, app);
     summary->setText(shown.summary);
     stats->set(shown.stats);

@@ -1,6 +1,7 @@
 #include "app/pages/ApplicationsPage.hpp"
 
 #include "app/pages/AppDetail.hpp"
+#include "app/pages/EmptyText.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/EmptyState.hpp"
@@ -145,8 +146,8 @@ QWidget* ApplicationsPage::makeBody() {
     return body;
 }
 
-void ApplicationsPage::focusMain() {
-    (listing->isHidden() ? static_cast<QWidget*>(backToList) : table)->setFocus(Qt::OtherFocusReason);
+QWidget* ApplicationsPage::mainWidget() const {
+    return listing->isHidden() ? static_cast<QWidget*>(backToList) : table;
 }
 
 QWidget* ApplicationsPage::filterField() {
@@ -189,11 +190,12 @@ void ApplicationsPage::list(bool settles) {
     std::vector<ApplicationRow> listed;
     if (isReady)
         listed = applicationRows(*snapshot, filter->text(), system->isChecked());
-    listedCounts = isReady ? applicationCounts(listed) : QString();
+    const bool hasAny = !snapshot->applications.empty();
+    listedCounts = isReady && hasAny ? applicationCounts(listed) : QString();
     rows->assign(std::move(listed), snapshot);
     if (settles)
         rows->setFilter({});
-    const EmptyApplications words = emptyApplications(isReady);
+    const EmptyText words = emptyText(QStringLiteral("Applications"), isReady, hasAny, context.words);
     empty->set(words.title, {}, words.action);
     places->setCurrentWidget(rows->rowCount() == 0 ? static_cast<QWidget*>(empty) : table);
     foot->setText(isReady ? missingTrafficText(*snapshot, model().settings()->perProcessNetwork, context.words)

@@ -26,11 +26,11 @@ class ApplicationsPage final : public PageView {
 public:
     explicit ApplicationsPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
     QWidget* filterField() override;
     bool closeDetail() override;
 
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void wake() override;
     void sleep() override;

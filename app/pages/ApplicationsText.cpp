@@ -200,12 +200,6 @@ QString systemSwitchText(const PlatformWords& words) {
     return text(words.systemLabel) + QStringLiteral(" & other users");
 }
 
-EmptyApplications emptyApplications(bool hasFirstSample) {
-    if (!hasFirstSample)
-        return {.title = QStringLiteral("Measuring…"), .action = {}};
-    return {.title = QStringLiteral("No matches."), .action = QStringLiteral("Clear Filter")};
-}
-
 QString missingTrafficText(const SystemSnapshot& snapshot, bool isWanted, const PlatformWords& words) {
     if (snapshot.perProcessNetworkAvailable)
         return {};

@@ -60,15 +60,6 @@ std::vector<TableColumn<ApplicationRow>> applicationColumns(const PlatformWords&
 /// Beside the switch that lists what belongs to the system: "macOS & other users".
 QString systemSwitchText(const PlatformWords& words);
 
-/// What stands in place of an empty table.
-struct EmptyApplications {
-    QString title;
-    QString action; ///< of the button below it; empty: none
-
-    friend bool operator==(const EmptyApplications&, const EmptyApplications&) = default;
-};
-EmptyApplications emptyApplications(bool hasFirstSample);
-
 /// Why no traffic is shown; empty where it is.
 QString missingTrafficText(const SystemSnapshot& snapshot, bool isWanted, const PlatformWords& words);
 

@@ -1,6 +1,7 @@
 #include "app/pages/CPUPage.hpp"
 
 #include "app/pages/CPUText.hpp"
+#include "app/pages/EmptyText.hpp"
 #include "app/pages/ResourceChart.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
@@ -146,8 +147,8 @@ void CPUPage::showBusiest() {
     applications.holder->setVisible(!ofProcesses);
 }
 
-void CPUPage::focusMain() {
-    (subject->index() == 0 ? processes.view : applications.view)->setFocus(Qt::OtherFocusReason);
+QWidget* CPUPage::mainWidget() const {
+    return subject->index() == 0 ? processes.view : applications.view;
 }
 
 void CPUPage::refresh(const ModelChanges& changes) {
@@ -189,9 +190,11 @@ void CPUPage::refreshCharts() {
 
 void CPUPage::refreshTables() {
     if (subject->index() == 0)
-        processes.show(cpuProcessRows(*state().snapshot), state());
+        processes.show(cpuProcessRows(*state().snapshot), state(),
+                       unavailableText(QStringLiteral("Processes"), context.words));
     else
-        applications.show(cpuAppRows(*state().snapshot), state());
+        applications.show(cpuAppRows(*state().snapshot), state(),
+                          unavailableText(QStringLiteral("Applications"), context.words));
 }
 
 void CPUPage::narrowChanged() {

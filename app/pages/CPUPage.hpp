@@ -26,9 +26,8 @@ class CPUPage final : public ResourcePage {
 public:
     explicit CPUPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
-
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void refreshCharts() override;
     void narrowChanged() override;

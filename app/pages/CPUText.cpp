@@ -77,6 +77,10 @@ std::optional<double> highest(std::span<const TimedValue> points) {
     return most == points.end() ? std::nullopt : std::optional(most->value);
 }
 
+QString processesText(const SystemSnapshot& snapshot) {
+    return snapshot.processCount > 0 ? countText(snapshot.processCount) : text(Formatters::dash);
+}
+
 } // namespace
 
 QString coresText(const CPUSnapshot& cpu) {
@@ -119,7 +123,7 @@ CPUText presentCPU(const AppState& state, const PlatformWords& words) {
                    {QStringLiteral("Load, 15 min"), load(2)}};
     shown.machine = {
         {QStringLiteral("Temperature"), figure(state, Formatters::temperature(snapshot.thermal.cpuTemperature))},
-        {QStringLiteral("Processes"), state.hasFirstSample ? countText(snapshot.processCount) : pendingFigure()},
+        {QStringLiteral("Processes"), state.hasFirstSample ? processesText(snapshot) : pendingFigure()},
         {QStringLiteral("Up for"), figure(state, Formatters::duration(cpu.uptime))}};
     if (state.hasFirstSample && !snapshot.thermal.cpuTemperature)
         shown.note = QStringLiteral("CPU temperature is unavailable on this %1.").arg(text(words.computer));

@@ -5,6 +5,7 @@
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/SymbolMark.hpp"
+#include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QVBoxLayout>
@@ -16,12 +17,16 @@ CategoryCard::CategoryCard(QWidget* parent) : QWidget(parent) {
     symbol = new SymbolMark({}, Tone::text2, card);
     badge = new Badge(card);
     evidence = new BulletList(card);
+    note = new TextLabel(TypeRole::table, Tone::text2, card);
+    note->setWraps(true);
+    note->hide();
     link = new LinkButton({}, card);
     connect(link, &QAbstractButton::clicked, this, [this] { Q_EMIT opened(shown.page); });
     card->addLead(symbol);
     card->addControl(badge);
     card->body()->setSpacing(Type::px(8));
     card->body()->addWidget(evidence);
+    card->body()->addWidget(note);
     card->body()->addStretch(1);
     card->body()->addWidget(link, 0, Qt::AlignLeading);
     auto* whole = new QVBoxLayout(this);
@@ -37,6 +42,9 @@ void CategoryCard::set(const HealthCard& text) {
     symbol->setSymbol(text.symbol);
     badge->set(text.condition, text.label);
     evidence->set(text.evidence);
+    evidence->setVisible(!text.evidence.isEmpty());
+    note->setText(text.note);
+    note->setVisible(!text.note.isEmpty());
     link->setText(text.link);
     link->setVisible(!text.link.isEmpty());
     setAccessibleName(text.name + QStringLiteral(": ") + text.label);

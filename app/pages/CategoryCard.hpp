@@ -11,6 +11,7 @@ class BulletList;
 class Card;
 class LinkButton;
 class SymbolMark;
+class TextLabel;
 
 /// One side of the machine's condition: name, badge, evidence, and the way to the page that explains it.
 class CategoryCard final : public QWidget {
@@ -28,6 +29,7 @@ private:
     SymbolMark* symbol = nullptr;
     Badge* badge = nullptr;
     BulletList* evidence = nullptr;
+    TextLabel* note = nullptr;
     LinkButton* link = nullptr;
 };
 

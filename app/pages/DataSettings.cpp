@@ -83,8 +83,9 @@ void DataSettings::ask() {
     };
     context.model.history().sizeOnDisk(
         here([](DataSettings& shown, std::uint64_t bytes) { shown.size->setText(text(historySizeText(bytes))); }));
-    context.model.history().earliestSample(
-        here([](DataSettings& shown, std::optional<Date> date) { shown.earliest->setText(text(earliestText(date))); }));
+    context.model.history().earliestSample(here([](DataSettings& shown, std::optional<Date> date) {
+        shown.earliest->setText(text(earliestText(date, shown.context.now())));
+    }));
 }
 
 void DataSettings::clear() {

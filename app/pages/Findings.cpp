@@ -69,20 +69,4 @@ std::optional<Condition> worstCondition(const std::vector<HealthCategory>& healt
     return has(health, Status::good) ? Condition::good : Condition::unknown;
 }
 
-QString wordOf(Condition condition) {
-    switch (condition) {
-    case Condition::good:
-        return QStringLiteral("Normal");
-    case Condition::elevated:
-        return QStringLiteral("Elevated");
-    case Condition::high:
-        return QStringLiteral("High");
-    case Condition::unknown:
-        return QStringLiteral("Unavailable");
-    case Condition::info:
-        return QStringLiteral("Information");
-    }
-    return {};
-}
-
 } // namespace ostrivane

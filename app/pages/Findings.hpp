@@ -21,7 +21,4 @@ void openInsight(AppModel& model, const std::string& id);
 /// The worst of what was judged; `unknown` when nothing could be, absent when nothing was yet.
 std::optional<Condition> worstCondition(const std::vector<HealthCategory>& health);
 
-/// "Normal", as it is said where only a glyph is seen.
-QString wordOf(Condition condition);
-
 } // namespace ostrivane

@@ -123,11 +123,8 @@ void GPUPage::addApplications() {
     content->layout()->addWidget(card);
 }
 
-void GPUPage::focusMain() {
-    if (applications.view->isVisible())
-        applications.view->setFocus(Qt::OtherFocusReason);
-    else
-        ResourcePage::focusMain();
+QWidget* GPUPage::mainWidget() const {
+    return applications.view;
 }
 
 void GPUPage::refresh(const ModelChanges& changes) {
@@ -155,7 +152,7 @@ void GPUPage::refresh(const ModelChanges& changes) {
     noApplications->set(shown.applicationsNote);
     noApplications->setVisible(!shown.hasApplications);
     applications.holder->setVisible(shown.hasApplications);
-    applications.show(gpuAppRows(*state().snapshot), state());
+    applications.show(gpuAppRows(*state().snapshot), state(), shown.applicationsNote);
 }
 
 void GPUPage::refreshCharts() {

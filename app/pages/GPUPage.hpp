@@ -21,9 +21,8 @@ class GPUPage final : public ResourcePage {
 public:
     explicit GPUPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
-
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void refreshCharts() override;
     void narrowChanged() override;

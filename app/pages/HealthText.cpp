@@ -52,6 +52,8 @@ HealthCard card(const HealthCategory& category, const PlatformWords& words) {
                     .label = text(category.label)};
     for (const std::string& sentence : category.evidence)
         made.evidence.push_back(text(sentence));
+    if (made.evidence.empty())
+        made.note = QStringLiteral("There are no figures to judge this by.");
     if (const auto page = fromRawValue<Page>(category.destination)) {
         made.page = *page;
         made.link = text("Open " + title(*page, words));

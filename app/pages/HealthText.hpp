@@ -25,6 +25,7 @@ struct HealthCard {
     Condition condition = Condition::unknown;
     QString label;
     QStringList evidence;
+    QString note;             ///< in its place where there is none
     Page page = Page::health; ///< that explains it
     QString link;             ///< "Open CPU"
 

@@ -15,6 +15,7 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QStackedWidget>
 #include <QStandardPaths>
 #include <QVBoxLayout>
 
@@ -111,7 +112,13 @@ QWidget* HistoryPage::makeTable() {
     busiest = new RowsModel<BusyApp, std::string>(
         busyColumns(), [](const BusyApp& app) { return app.usage->appKey; }, this);
     busiest->sort(1, Qt::DescendingOrder);
-    table = new TableView("history", QStringLiteral("Busiest applications"), &model().settings().defaults(), tableCard);
+    tablePlace = new QStackedWidget(tableCard);
+    tablePlace->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    table =
+        new TableView("history", QStringLiteral("Busiest applications"), &model().settings().defaults(), tablePlace);
+    noBusiest = new EmptyState({}, tablePlace);
+    tablePlace->addWidget(table);
+    tablePlace->addWidget(noBusiest);
     table->setRows(busiest);
     table->setNarrowHides({"written", "active"});
     table->setVisibleRows(fewestRows);
@@ -121,16 +128,12 @@ QWidget* HistoryPage::makeTable() {
             model().select(Page::applications);
         }
     });
-    tableCard->body()->addWidget(table);
+    tableCard->body()->addWidget(tablePlace);
     return tableCard;
 }
 
 HistoryRange HistoryPage::range() const {
     return rangeAt(ranges->index());
-}
-
-void HistoryPage::focusMain() {
-    ranges->setFocus(Qt::OtherFocusReason);
 }
 
 void HistoryPage::wake() {
@@ -216,7 +219,7 @@ void HistoryPage::showState() {
         return;
     const bool hasRows = !shownStrips.empty();
     const bool isEmpty = !hasRows && knowsEarliest && !earliest;
-    empty->setVisible(isEmpty);
+    empty->setVisible(isEmpty && !openError);
     content->setVisible(hasRows || (knowsEarliest && !isEmpty));
     strips->setVisible(hasRows);
     nothing->set(QStringLiteral("Nothing was recorded in the last %1.").arg(text(label(range()))));
@@ -239,6 +242,8 @@ void HistoryPage::showBusiest(std::vector<AppUsageSummary> found) {
     }
     table->setVisibleRows(std::max(static_cast<int>(rows.size()), fewestRows));
     busiest->assign(std::move(rows), kept);
+    noBusiest->set(QStringLiteral("No application was recorded in the last %1.").arg(text(label(range()))));
+    tablePlace->setCurrentWidget(busiest->rowCount() > 0 ? static_cast<QWidget*>(table) : noBusiest);
 }
 
 void HistoryPage::moveCursor(std::optional<double> time) {

@@ -11,6 +11,8 @@
 #include <string>
 #include <vector>
 
+class QStackedWidget;
+
 namespace ostrivane {
 
 class Banner;
@@ -27,8 +29,6 @@ struct ExportOutcome;
 class HistoryPage final : public PageView {
 public:
     explicit HistoryPage(PageContext& context, QWidget* parent = nullptr);
-
-    void focusMain() override;
 
 protected:
     void refresh(const ModelChanges& changes) override;
@@ -62,7 +62,9 @@ private:
     EmptyState* nothing = nullptr; ///< in the place of the strips
     HistoryStrips* strips = nullptr;
     Card* tableCard = nullptr;
+    QStackedWidget* tablePlace = nullptr; ///< the table, or why there is none
     TableView* table = nullptr;
+    EmptyState* noBusiest = nullptr;
     RowsModel<BusyApp, std::string>* busiest = nullptr;
 
     std::vector<HistoryStrip> shownStrips;

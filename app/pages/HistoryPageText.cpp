@@ -12,7 +12,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
+#include <limits>
 #include <utility>
 
 namespace ostrivane {
@@ -90,9 +90,10 @@ double mean(const HistoryLine& line) {
 }
 
 double peak(const HistoryLine& line) {
-    return std::ranges::max(line.points | std::views::transform([](const HistoryPoint& point) {
-                                return point.peak.value_or(point.value);
-                            }));
+    double most = -std::numeric_limits<double>::infinity();
+    for (const HistoryPoint& point : line.points)
+        most = std::max(most, point.peak.value_or(point.value));
+    return most;
 }
 
 QString peakText(const HistoryLine& line) {

@@ -2,6 +2,7 @@
 
 #include "app/pages/SettingsGroup.hpp"
 #include "app/pages/SettingsPageText.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/EmptyState.hpp"
 #include "app/widgets/Strings.hpp"
@@ -18,7 +19,7 @@ LoginRow::LoginRow(PageContext& given, QWidget* parent) : QWidget(parent), conte
     note = new InfoNote(this);
     note->setContentsMargins(Type::px(14), 0, Type::px(14), Type::px(6));
     note->setText({});
-    connect(toggle, &QAbstractButton::clicked, this, [this](bool wanted) {
+    connect(toggle, &QAbstractButton::toggled, this, [this](bool wanted) {
         const auto failure = context.loginItem.set(wanted);
         note->setText(failure ? text(*failure) : QString());
         refresh();
@@ -38,7 +39,7 @@ void LoginRow::setFlush() {
 
 void LoginRow::refresh() {
     const LoginItem::State state = context.loginItem.state();
-    toggle->setChecked(state == LoginItem::State::on);
+    showChecked(*toggle, state == LoginItem::State::on);
     row->setDetail(text(startAtLoginText(state, context.hasTray())));
 }
 

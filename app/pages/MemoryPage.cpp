@@ -1,5 +1,6 @@
 #include "app/pages/MemoryPage.hpp"
 
+#include "app/pages/EmptyText.hpp"
 #include "app/pages/MemoryText.hpp"
 #include "app/pages/ResourceChart.hpp"
 #include "app/widgets/Badge.hpp"
@@ -129,8 +130,8 @@ void MemoryPage::addApplications() {
     body()->addWidget(applicationsCard);
 }
 
-void MemoryPage::focusMain() {
-    applications.view->setFocus(Qt::OtherFocusReason);
+QWidget* MemoryPage::mainWidget() const {
+    return applications.view;
 }
 
 void MemoryPage::refresh(const ModelChanges& changes) {
@@ -220,7 +221,8 @@ void MemoryPage::refreshTable() {
             watched = std::max(watched.value_or(0), now - series.front().time);
         return changeOverHour(series, now);
     };
-    applications.show(memoryAppRows(*state().snapshot, change), state());
+    applications.show(memoryAppRows(*state().snapshot, change), state(),
+                      unavailableText(QStringLiteral("Applications"), context.words));
     applicationsCard->setNote(watchedText(watched));
 }
 

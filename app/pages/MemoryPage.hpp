@@ -27,9 +27,8 @@ class MemoryPage final : public ResourcePage {
 public:
     explicit MemoryPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
-
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void refreshCharts() override;
     void narrowChanged() override;

@@ -107,8 +107,9 @@ MemoryText presentMemory(const AppState& state, const MemoryFacts& facts, const 
     const bool known = state.hasFirstSample;
     MemoryText shown;
     if (memory.total > 0)
-        shown.subtitle = QStringLiteral("%1 of memory · updated %2")
-                             .arg(text(Formatters::bytes(memory.total)), everyText(facts.interval));
+        shown.subtitle = text(Formatters::bytes(memory.total)) + QStringLiteral(" of memory");
+    if (const QString every = everyText(facts.interval); !shown.subtitle.isEmpty() && !every.isEmpty())
+        shown.subtitle += QStringLiteral(" · updated ") + every;
     const double whole = wholeOf(memory);
     for (const Part& part : memoryParts()) {
         const QString value = figure(state, Formatters::bytes(memory.*part.bytes));

@@ -20,7 +20,7 @@ struct PlatformWords;
 
 /// What the page of memory knows beside the state.
 struct MemoryFacts {
-    double interval = 2;                 ///< seconds between two readings
+    double interval = 2;                 ///< seconds between two readings; 0: not known yet
     std::optional<double> elevatedFor{}; ///< seconds; absent while pressure is normal
     std::optional<double> peakToday{};   ///< pressure in percent; absent where the history has no row of today
 };

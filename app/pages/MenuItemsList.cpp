@@ -125,6 +125,12 @@ private:
     }
 };
 
+/// For assistive programs: the value is painted, and no text of the row.
+void describe(QListWidgetItem& line) {
+    const QString value = line.data(valueRole).toString();
+    line.setData(Qt::AccessibleTextRole, value.isEmpty() ? line.text() : line.text() + QStringLiteral(", ") + value);
+}
+
 } // namespace
 
 MenuItemsList::MenuItemsList(QWidget* parent) : QListWidget(parent) {
@@ -169,6 +175,7 @@ void MenuItemsList::fill() {
         QListWidgetItem& line = *item(row);
         line.setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable | Qt::ItemIsDragEnabled);
         line.setText(text(name(config.metric)));
+        describe(line);
         line.setCheckState(config.enabled ? Qt::Checked : Qt::Unchecked);
         line.setData(placeRole, row);
         line.setData(iconRole, text(iconName(config.metric)));
@@ -182,8 +189,10 @@ void MenuItemsList::setValues(const std::vector<std::string>& values) {
     filling = true;
     for (int row = 0; row < std::min(count(), static_cast<int>(values.size())); ++row) {
         const QString value = text(values[static_cast<std::size_t>(row)]);
-        if (item(row)->data(valueRole) != value)
-            item(row)->setData(valueRole, value);
+        if (item(row)->data(valueRole) == value)
+            continue;
+        item(row)->setData(valueRole, value);
+        describe(*item(row));
     }
     filling = false;
 }

@@ -4,6 +4,7 @@
 #include "app/pages/Freshness.hpp"
 #include "app/pages/HealthRow.hpp"
 #include "app/pages/OverviewText.hpp"
+#include "app/widgets/Banner.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/CardGrid.hpp"
@@ -12,9 +13,11 @@
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/MetricTile.hpp"
 #include "app/widgets/RankList.hpp"
+#include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/TotalsList.hpp"
 #include "app/widgets/Type.hpp"
+#include "core/model/Formatters.hpp"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -68,7 +71,7 @@ void OverviewPage::makeHeader() {
     uptime = new TextLabel(TypeRole::secondary, Tone::text2, this);
     uptime->setElideMode(Qt::ElideNone);
     session = new PushButton(QStringLiteral("Stop Session"), ButtonKind::plain, this);
-    session->setIconName("stop");
+    session->setIconName("stopsquare");
     const int stopWidth = session->sizeHint().width();
     session->setText(QStringLiteral("Start Session"));
     session->setIconName("play");
@@ -236,7 +239,8 @@ void OverviewPage::showHead() {
     uptime->setText(head.uptime);
     uptime->setVisible(!head.uptime.isEmpty());
     session->setText(head.isRecording ? QStringLiteral("Stop Session") : QStringLiteral("Start Session"));
-    session->setIconName(head.isRecording ? "stop" : "play");
+    session->setIconName(head.isRecording ? "stopsquare" : "play",
+                         head.isRecording ? std::optional(Tone::high) : std::nullopt);
     freshness->look();
 }
 
@@ -288,7 +292,7 @@ void OverviewPage::showRanks() {
     for (const auto& [list, figure] : {std::pair(byMemory, RankFigure::memory), std::pair(byCPU, RankFigure::cpu)}) {
         list->set(presentRanks(state(), figure, list->isHeld() ? list->rows() : Rows()));
         if (wasMeasured)
-            list->setEmptyText({});
+            list->setEmptyText(text(Formatters::unavailable));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "app/pages/ProcessesPage.hpp"
 
+#include "app/pages/EmptyText.hpp"
 #include "app/pages/ProcessPanelView.hpp"
 #include "app/pages/ProcessesText.hpp"
 #include "app/widgets/Card.hpp"
@@ -120,8 +121,8 @@ QWidget* ProcessesPage::makeBody() {
     return body;
 }
 
-void ProcessesPage::focusMain() {
-    table->setFocus(Qt::OtherFocusReason);
+QWidget* ProcessesPage::mainWidget() const {
+    return table;
 }
 
 QWidget* ProcessesPage::filterField() {
@@ -172,12 +173,10 @@ void ProcessesPage::showRows() {
 }
 
 void ProcessesPage::applyPane() {
-    const bool isEmpty = rows->rowCount() == 0;
-    if (!state().hasFirstSample)
-        empty->set(QStringLiteral("Measuring…"));
-    else if (isEmpty && isFiltered())
-        empty->set(QStringLiteral("No matches."), {}, QStringLiteral("Clear Filter"));
-    pane->setCurrentWidget(!state().hasFirstSample || (isEmpty && isFiltered()) ? static_cast<QWidget*>(empty) : table);
+    const EmptyText words = emptyText(QStringLiteral("Processes"), state().hasFirstSample,
+                                      !state().snapshot->processes.empty(), context.words);
+    empty->set(words.title, {}, words.action);
+    pane->setCurrentWidget(rows->rowCount() == 0 ? static_cast<QWidget*>(empty) : table);
 }
 
 bool ProcessesPage::isFiltered() const {

@@ -22,11 +22,11 @@ class ProcessesPage final : public PageView {
 public:
     explicit ProcessesPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
     QWidget* filterField() override;
     bool closeDetail() override;
 
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void wake() override;
     void sleep() override;

@@ -81,7 +81,7 @@ ProcessPanel presentEnded(const ProcessSnapshot& process) {
 }
 
 QString runningText(const SystemSnapshot& snapshot) {
-    return countText(snapshot.processCount) + QStringLiteral(" running");
+    return snapshot.processCount > 0 ? countText(snapshot.processCount) + QStringLiteral(" running") : QString();
 }
 
 QString processesNote() {
@@ -90,9 +90,11 @@ QString processesNote() {
 }
 
 QString restrictedText(const SystemSnapshot& snapshot) {
-    return snapshot.restrictedProcessCount > 0
-               ? countText(snapshot.restrictedProcessCount) + QStringLiteral(" owned by other users (limited metrics)")
-               : QString();
+    if (snapshot.restrictedProcessCount > 0)
+        return countText(snapshot.restrictedProcessCount) + QStringLiteral(" owned by other users (limited metrics)");
+    if (snapshot.processes.empty() || snapshot.systemProcessMetricsIncluded)
+        return {};
+    return QStringLiteral("Other users' processes are not measured");
 }
 
 } // namespace ostrivane

@@ -33,13 +33,13 @@ ProcessPanel presentProcess(const ProcessSnapshot& process, const SystemSnapshot
 /// The same for a process that has ended since: who it was, and no figures.
 ProcessPanel presentEnded(const ProcessSnapshot& process);
 
-/// "612 running"
+/// "612 running"; empty where none was seen.
 QString runningText(const SystemSnapshot& snapshot);
 
 /// What the asterisk means.
 QString processesNote();
 
-/// "214 owned by other users (limited metrics)"; empty without any.
+/// "214 owned by other users (limited metrics)", or that nobody asks for those; empty where all are measured.
 QString restrictedText(const SystemSnapshot& snapshot);
 
 } // namespace ostrivane

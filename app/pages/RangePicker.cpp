@@ -25,10 +25,16 @@ QStringList titles() {
 } // namespace
 
 QString everyText(double interval) {
-    if (interval == 1)
+    constexpr double shortest = 0.05;
+    constexpr double exact = 0.75; // below, tenths are told
+    if (!(interval >= shortest) || !std::isfinite(interval))
+        return {};
+    // A reading takes its time too, and the words must not change with each.
+    const double told = interval < exact ? interval : std::round(interval * 2) / 2;
+    if (told == 1)
         return QStringLiteral("every second");
-    const int decimals = interval == std::floor(interval) ? 0 : 1;
-    return QStringLiteral("every %1 s").arg(text(Formatters::decimal(interval, decimals)));
+    const int decimals = told == std::floor(told) ? 0 : 1;
+    return QStringLiteral("every %1 s").arg(text(Formatters::decimal(told, decimals)));
 }
 
 QString rangeText(std::optional<HistoryRange> range, double interval) {
@@ -36,7 +42,8 @@ QString rangeText(std::optional<HistoryRange> range, double interval) {
         return QStringLiteral("Last hour");
     if (range)
         return QStringLiteral("Last %1").arg(text(label(*range)));
-    return QStringLiteral("Last 5 minutes, %1").arg(everyText(interval));
+    const QString every = everyText(interval);
+    return QStringLiteral("Last 5 minutes") + (every.isEmpty() ? every : QStringLiteral(", ") + every);
 }
 
 RangePicker::RangePicker(QWidget* parent) : QWidget(parent) {

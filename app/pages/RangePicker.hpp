@@ -13,10 +13,10 @@ class SegmentedControl;
 
 /// What stands beside a chart: "Last 5 minutes, every second", "Last 12 hours".
 /// @param range  absent for the live view
-/// @param interval  seconds between two readings
+/// @param interval  seconds between two readings; 0: not known yet
 QString rangeText(std::optional<HistoryRange> range, double interval);
 
-/// "every second", "every 2 s".
+/// "every second", "every 2 s", to half a second; empty where the interval is not known.
 QString everyText(double interval);
 
 /// How far back the charts of a page look: Live, 1H, 12H, 24H, 7D, 30D.

@@ -79,7 +79,7 @@ void ResourcePage::setRangesShown(bool shown) {
 }
 
 double ResourcePage::interval() const {
-    return model().settings()->foregroundInterval;
+    return state().snapshot->interval;
 }
 
 QString ResourcePage::reach() const {

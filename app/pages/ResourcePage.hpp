@@ -38,7 +38,7 @@ protected:
     QString reach() const;
     /// Without ranges where there is no figure to look back on.
     void setRangesShown(bool shown);
-    /// Seconds between two readings while this page is seen.
+    /// Seconds between the two latest readings; 0 while there is only one.
     double interval() const;
 
     /// One line of a chart, both of its last minutes and of its past.

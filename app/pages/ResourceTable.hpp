@@ -22,19 +22,21 @@ namespace ostrivane {
 /// Rows that a table within a card shows; the page that it links to has the rest.
 inline constexpr int rowsInCard = 8;
 
-/// A table within a card, sorted by one of its columns at first. Says "Measuring…" until there is something to list.
+/// A table within a card, sorted by one of its columns at first. Where there is nothing to list a line says why.
 template <class Row, class ID>
 struct ResourceTable {
     QStackedWidget* holder = nullptr; ///< what goes into the card
     TableView* view = nullptr;
-    EmptyState* measuring = nullptr;
+    EmptyState* empty = nullptr;
     RowsModel<Row, ID>* rows = nullptr;
 
-    void show(std::vector<Row> shown, const AppState& state) const {
+    /// @param missing  what is said where there is none at all
+    void show(std::vector<Row> shown, const AppState& state, const QString& missing) const {
         if (!state.hasFirstSample)
             shown.clear();
-        holder->setCurrentWidget(state.hasFirstSample ? static_cast<QWidget*>(view) : measuring);
         rows->assign(std::move(shown), state.snapshot);
+        empty->set(state.hasFirstSample ? missing : QStringLiteral("Measuring…"));
+        holder->setCurrentWidget(rows->rowCount() > 0 ? static_cast<QWidget*>(view) : empty);
     }
 
     /// All belongs to `parent`.
@@ -48,10 +50,10 @@ struct ResourceTable {
         table.holder = new QStackedWidget(parent);
         table.holder->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
         table.view = new TableView(id, name, &model.settings().defaults(), table.holder);
-        table.measuring = new EmptyState({}, table.holder);
-        table.measuring->set(QStringLiteral("Measuring…"));
+        table.empty = new EmptyState({}, table.holder);
+        table.empty->set(QStringLiteral("Measuring…"));
         table.holder->addWidget(table.view);
-        table.holder->addWidget(table.measuring);
+        table.holder->addWidget(table.empty);
         table.rows = new RowsModel<Row, ID>(std::move(columns), std::move(identity), table.view);
         table.view->setRows(table.rows);
         table.view->setVisibleRows(rowsInCard);

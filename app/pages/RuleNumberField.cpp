@@ -10,6 +10,12 @@
 
 namespace ostrivane {
 
+namespace {
+
+constexpr double usualStepper = 98;
+
+} // namespace
+
 RuleNumberField::RuleNumberField(const QString& caption, const QString& name, const RuleNumber& number, QWidget* parent)
     : QWidget(parent), scale(number.scale), decimals(number.decimals),
       stepper(new Stepper(name, number.least, number.most, this)) {
@@ -37,6 +43,14 @@ void RuleNumberField::set(const RuleNumber& number) {
     if (number.decimals > decimals)
         stepper->setDecimals(decimals = number.decimals);
     stepper->setValue(number.value * number.scale / scale);
+}
+
+int RuleNumberField::leastStepperWidth() const {
+    return std::max(Type::px(usualStepper), stepper->sizeHint().width());
+}
+
+void RuleNumberField::setStepperWidth(int width) {
+    stepper->setFixedWidth(width);
 }
 
 } // namespace ostrivane

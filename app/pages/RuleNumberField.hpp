@@ -19,6 +19,9 @@ public:
     /// Whether that number can be shown here: its unit may have become another one.
     bool canShow(const RuleNumber& number) const;
     void set(const RuleNumber& number);
+    /// Pixels that the stepper needs, and those that it is given.
+    int leastStepperWidth() const;
+    void setStepperWidth(int width);
 
 Q_SIGNALS:
     /// In the rule's own unit.

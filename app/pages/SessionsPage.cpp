@@ -30,6 +30,7 @@ namespace {
 
 constexpr double listWidth = 244;
 constexpr double fieldWidth = 200;
+constexpr double fieldPadding = 6;
 constexpr double dot = 10;
 
 /// The sign of a recording; the word beside it says the same.
@@ -75,12 +76,13 @@ void SessionsPage::makeHeader() {
     nameField->setPlaceholderText(QStringLiteral("Session name"));
     nameField->setAccessibleName(QStringLiteral("Session name"));
     nameField->setFixedWidth(Type::px(fieldWidth));
+    nameField->setTextMargins(Type::px(fieldPadding), 0, Type::px(fieldPadding), 0);
     connect(nameField, &QLineEdit::returnPressed, this, &SessionsPage::start);
     startButton = new PushButton(QStringLiteral("Start Session"), ButtonKind::primary, this);
     startButton->setIconName("play");
     connect(startButton, &QAbstractButton::clicked, this, &SessionsPage::start);
     stopButton = new PushButton(QStringLiteral("Stop Session"), ButtonKind::plain, this);
-    stopButton->setIconName("stop");
+    stopButton->setIconName("stopsquare", Tone::high);
     connect(stopButton, &QAbstractButton::clicked, this, [this] { model().stopSession(); });
     addHeaderControl(nameField);
     addHeaderControl(startButton);
@@ -154,11 +156,8 @@ QWidget* SessionsPage::makeContent(QWidget* parent) {
     return content;
 }
 
-void SessionsPage::focusMain() {
-    if (isNarrow())
-        menu->setFocus(Qt::OtherFocusReason);
-    else
-        list->setFocus(Qt::OtherFocusReason);
+QWidget* SessionsPage::mainWidget() const {
+    return isNarrow() ? static_cast<QWidget*>(menu) : list;
 }
 
 void SessionsPage::narrowChanged() {
@@ -184,15 +183,25 @@ void SessionsPage::start() {
 
 void SessionsPage::showRecording() {
     const auto& session = state().session;
-    nameField->setVisible(!session);
-    startButton->setVisible(!session);
-    stopButton->setVisible(session.has_value());
+    showControls(session.has_value());
     if (session) {
         const RecordingText recording = presentRecording(session->summary(context.now()));
         recordingTitle->setText(recording.title);
         recordingFigures->setText(recording.figures);
     }
     strip->setVisible(session.has_value());
+}
+
+/// What is hidden hands its focus on: else it would go to whatever comes first in the window.
+void SessionsPage::showControls(bool isRecording) {
+    const bool hadFocus = isRecording ? nameField->hasFocus() || startButton->hasFocus() : stopButton->hasFocus();
+    PushButton* next = isRecording ? stopButton : startButton;
+    next->setVisible(true);
+    if (hadFocus)
+        next->setFocus(Qt::OtherFocusReason);
+    nameField->setVisible(!isRecording);
+    startButton->setVisible(!isRecording);
+    stopButton->setVisible(isRecording);
 }
 
 /// A session that ended here is shown at once, before the history has its row.

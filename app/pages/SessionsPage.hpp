@@ -27,9 +27,8 @@ class SessionsPage final : public PageView {
 public:
     explicit SessionsPage(PageContext& context, QWidget* parent = nullptr);
 
-    void focusMain() override;
-
 protected:
+    QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
     void narrowChanged() override;
 
@@ -39,6 +38,7 @@ private:
     QWidget* makeContent(QWidget* parent);
     void start();
     void showRecording();
+    void showControls(bool isRecording);
     void takeLast();
     void ask();
     void take(std::vector<StoredSession> found);

@@ -1,6 +1,7 @@
 #include "app/pages/SettingsControls.hpp"
 
 #include "app/pages/Decimals.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Stepper.hpp"
 #include "app/widgets/Strings.hpp"
@@ -17,8 +18,8 @@ SettingsControls::SettingsControls(AppModel& shared, QObject* parent) : QObject(
 
 Switch* SettingsControls::toggle(const QString& name, bool Preferences::*choice, Reach reach) {
     auto* made = new Switch(name);
-    connect(made, &QAbstractButton::clicked, this, [this, choice, reach](bool isOn) { set(choice, isOn, reach); });
-    follow([made, choice](const Preferences& chosen) { made->setChecked(chosen.*choice); });
+    connect(made, &QAbstractButton::toggled, this, [this, choice, reach](bool isOn) { set(choice, isOn, reach); });
+    follow([made, choice](const Preferences& chosen) { showChecked(*made, chosen.*choice); });
     return made;
 }
 

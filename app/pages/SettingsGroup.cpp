@@ -23,7 +23,7 @@ SettingRow::SettingRow(const QString& title, const QString& detail, QWidget* con
     row->setSpacing(Type::px(12));
     auto* words = new QVBoxLayout;
     words->setSpacing(0);
-    auto* label = new TextLabel(TypeRole::body, Tone::text, this);
+    label = new TextLabel(TypeRole::body, Tone::text, this);
     label->setText(title);
     remark = new TextLabel(TypeRole::tableHead, Tone::text2, this);
     words->addStretch(1);
@@ -46,6 +46,7 @@ void SettingRow::setDetail(const QString& detail) {
 
 void SettingRow::setFlush() {
     layout()->setContentsMargins(0, Type::px(4), 0, Type::px(4));
+    label->setWraps(true);
 }
 
 SettingsGroup::SettingsGroup(const QString& title, QWidget* parent) : QWidget(parent) {
@@ -62,6 +63,7 @@ SettingsGroup::SettingsGroup(const QString& title, QWidget* parent) : QWidget(pa
     card->setFlush(true);
     card->setAccessibleName(title);
     card->body()->setSpacing(0);
+    card->body()->setContentsMargins(0, Type::px(3), 0, 0); // its round corners stay free
     foot = new TextLabel(TypeRole::secondary, Tone::text2, this);
     foot->setWraps(true);
     foot->hide();

@@ -17,10 +17,11 @@ public:
     /// @param control  null: the line only tells something
     SettingRow(const QString& title, const QString& detail, QWidget* control, QWidget* parent = nullptr);
     void setDetail(const QString& detail); ///< empty: none
-    /// Without padding at its ends: for a line outside of a card.
+    /// Without padding at its ends, and with its title whole: for a line outside of a card.
     void setFlush();
 
 private:
+    TextLabel* label = nullptr;
     TextLabel* remark = nullptr;
 };
 

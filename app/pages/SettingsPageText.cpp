@@ -1,6 +1,7 @@
 #include "app/pages/SettingsPageText.hpp"
 
 #include "app/model/AppState.hpp"
+#include "app/model/DateWords.hpp"
 #include "app/pages/Decimals.hpp"
 #include "core/model/Formatters.hpp"
 
@@ -129,8 +130,8 @@ std::string historySizeText(std::uint64_t bytes) {
     return bytes == 0 ? std::string(Formatters::dash) : Formatters::storage(bytes);
 }
 
-std::string earliestText(std::optional<Date> earliest) {
-    return earliest ? Formatters::day(*earliest) : std::string(Formatters::dash);
+std::string earliestText(std::optional<Date> earliest, Date now) {
+    return earliest ? DateWords::day(*earliest, now) : std::string(Formatters::dash);
 }
 
 } // namespace ostrivane

@@ -39,7 +39,7 @@ std::string paceText(double backgroundInterval, double foregroundInterval);
 
 /// Bytes of the history's files; a dash where there are none.
 std::string historySizeText(std::uint64_t bytes);
-/// A dash without a sample.
-std::string earliestText(std::optional<Date> earliest);
+/// "14 October"; a dash without a sample.
+std::string earliestText(std::optional<Date> earliest, Date now);
 
 } // namespace ostrivane

@@ -3,6 +3,7 @@
 #include "app/model/AppModel.hpp"
 #include "app/pages/LoginRow.hpp"
 #include "app/pages/SettingsGroup.hpp"
+#include "app/pages/ShownState.hpp"
 #include "app/pages/WelcomeText.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
@@ -58,6 +59,16 @@ private:
     bool filled;
 };
 
+/// Lays out what is within a widget, the innermost first: what a layout needs that stands within another one is known
+/// only then.
+void settle(QWidget& widget) {
+    for (QWidget* child : widget.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        settle(*child);
+    widget.ensurePolished();
+    if (QLayout* layout = widget.layout())
+        layout->activate();
+}
+
 } // namespace
 
 WelcomeSheet::WelcomeSheet(PageContext& given, QWidget* parent) : QWidget(parent), context(given) {
@@ -72,15 +83,14 @@ WelcomeSheet::WelcomeSheet(PageContext& given, QWidget* parent) : QWidget(parent
     column->addWidget(Card::separator(content));
     addChoices(*column);
     addButtons(*column);
-    auto* scroll = new QScrollArea(this); // large lettering may need more than there is
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidget(content);
+    panel = new QScrollArea(this); // large lettering may need more than there is
+    panel->setFrameShape(QFrame::NoFrame);
+    panel->setWidgetResizable(true);
+    panel->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panel->setFocusPolicy(Qt::NoFocus);
+    panel->setWidget(content);
     content->setAutoFillBackground(false);
-    scroll->viewport()->setAutoFillBackground(false);
-    panel = scroll;
+    panel->viewport()->setAutoFillBackground(false);
     stops = {login->control(), notifications, settings, start};
     parent->installEventFilter(this);
     content->installEventFilter(this);
@@ -91,8 +101,10 @@ WelcomeSheet::WelcomeSheet(PageContext& given, QWidget* parent) : QWidget(parent
 void WelcomeSheet::addHeading(QVBoxLayout& column) {
     auto* title = new TextLabel(TypeRole::pageTitle, Tone::text, content);
     title->setText(tr("Welcome to Ostrivane"));
+    title->setWraps(true);
     auto* line = new TextLabel(TypeRole::body, Tone::text2, content);
     line->setText(tr("See what your machine is doing, and why."));
+    line->setWraps(true);
     auto* words = new QVBoxLayout;
     words->setSpacing(0);
     words->addStretch(1);
@@ -110,6 +122,7 @@ void WelcomeSheet::addPoints(QVBoxLayout& column) {
     for (const WelcomePoint& point : welcomePoints(context.hasTray())) {
         auto* title = new TextLabel(TypeRole::bodyStrong, Tone::text, content);
         title->setText(text(point.title));
+        title->setWraps(true);
         auto* detail = new TextLabel(TypeRole::secondary, Tone::text2, content);
         detail->setText(text(point.detail));
         detail->setWraps(true);
@@ -133,7 +146,7 @@ void WelcomeSheet::addChoices(QVBoxLayout& column) {
     rows->addWidget(login);
     const QString wording = tr("Notify me when something needs attention");
     notifications = new Switch(wording, content);
-    connect(notifications, &QAbstractButton::clicked, this,
+    connect(notifications, &QAbstractButton::toggled, this,
             [this](bool isOn) { context.model.settings().set(&Preferences::notificationsEnabled, isOn); });
     auto* row = new SettingRow(wording, {}, notifications, content);
     row->setFlush();
@@ -165,8 +178,11 @@ void WelcomeSheet::close() {
 void WelcomeSheet::place() {
     const int room = Type::px(around);
     const int wide = std::max(0, std::min(Type::px(sheetWidth), width() - 2 * room));
-    const int wanted = content->hasHeightForWidth() ? content->heightForWidth(wide) : content->sizeHint().height();
+    settle(*content);
+    const int wanted = std::max(content->heightForWidth(wide), content->minimumSizeHint().height());
     const int high = std::max(0, std::min(wanted, height() - 2 * room));
+    // A bar that was needed once takes the width from which it would be needed again.
+    panel->setVerticalScrollBarPolicy(high < wanted ? Qt::ScrollBarAsNeeded : Qt::ScrollBarAlwaysOff);
     panel->setGeometry((width() - wide) / 2, (height() - high) / 2, wide, high);
     update();
 }
@@ -207,8 +223,8 @@ void WelcomeSheet::showEvent(QShowEvent* shown) {
     QWidget::showEvent(shown);
     raise();
     watchingSettings = context.model.settings().observe(
-        [this] { notifications->setChecked(context.model.settings()->notificationsEnabled); });
-    notifications->setChecked(context.model.settings()->notificationsEnabled);
+        [this] { showChecked(*notifications, context.model.settings()->notificationsEnabled); });
+    showChecked(*notifications, context.model.settings()->notificationsEnabled);
     login->refresh();
     place();
     watchingFocus = connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {

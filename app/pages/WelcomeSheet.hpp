@@ -8,6 +8,7 @@
 
 #include <vector>
 
+class QScrollArea;
 class QVBoxLayout;
 
 namespace ostrivane {
@@ -49,7 +50,7 @@ private:
     Subscription watchingSettings;
     QMetaObject::Connection watchingFocus;
     QWidget* content = nullptr;
-    QWidget* panel = nullptr;
+    QScrollArea* panel = nullptr;
     LoginRow* login = nullptr;
     Switch* notifications = nullptr;
     PushButton* settings = nullptr;

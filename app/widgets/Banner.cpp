@@ -13,6 +13,22 @@
 
 namespace ostrivane {
 
+QString wordOf(Condition condition) {
+    switch (condition) {
+    case Condition::good:
+        return QStringLiteral("Normal");
+    case Condition::elevated:
+        return QStringLiteral("Elevated");
+    case Condition::high:
+        return QStringLiteral("High");
+    case Condition::unknown:
+        return QStringLiteral("Unavailable");
+    case Condition::info:
+        return QStringLiteral("Information");
+    }
+    return {};
+}
+
 Banner::Banner(QWidget* parent) : QWidget(parent) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(Type::px(12), Type::px(6), Type::px(10), Type::px(6));
@@ -53,7 +69,7 @@ void Banner::set(Condition shown, const QString& line, const QString& explanatio
     const bool isNews = line != title->text() || explanation != detail->text();
     const bool wasVisible = isVisible();
     condition = shown;
-    glyph->set(shown, {});
+    glyph->set(shown, wordOf(shown));
     title->setText(line);
     detail->setText(explanation);
     detail->setVisible(!explanation.isEmpty());

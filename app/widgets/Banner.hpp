@@ -7,6 +7,9 @@
 
 namespace ostrivane {
 
+/// "Normal", as it is said where only a glyph is seen.
+QString wordOf(Condition condition);
+
 class IconButton;
 class PushButton;
 class StatusGlyph;

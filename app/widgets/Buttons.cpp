@@ -57,10 +57,11 @@ void PushButton::setSmall(bool isSmallNow) {
     update();
 }
 
-void PushButton::setIconName(std::string_view name) {
-    if (name == iconName)
+void PushButton::setIconName(std::string_view name, std::optional<Tone> tone) {
+    if (name == iconName && tone == iconTone)
         return;
     iconName = name;
+    iconTone = tone;
     updateGeometry();
     update();
 }
@@ -92,7 +93,7 @@ void PushButton::paintEvent(QPaintEvent*) {
     if (!iconName.empty()) {
         const int size = Type::px(signSize);
         const QRect icon(room.left(), (height() - size) / 2, size, size);
-        drawIcon(painter, iconName, visual(icon), ink);
+        drawIcon(painter, iconName, visual(icon), iconTone && isEnabled() ? Theme::current().colour(*iconTone) : ink);
         room.setLeft(icon.right() + 1 + Type::px(signGap));
     }
     painter.setPen(ink);

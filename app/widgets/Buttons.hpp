@@ -3,10 +3,13 @@
 #include <QAbstractButton>
 #include <QPushButton>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace ostrivane {
+
+enum class Tone;
 
 /// What a button means. `confirming` fills with the colour of danger: the confirming button of a dialog about something
 /// that cannot be undone, nothing else.
@@ -22,7 +25,8 @@ public:
     void setSmall(bool isSmall);
     bool isSmall() const { return small; }
     /// One of the program's icons ahead of the text.
-    void setIconName(std::string_view name);
+    /// @param tone  absent: of the text
+    void setIconName(std::string_view name, std::optional<Tone> tone = std::nullopt);
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
 
@@ -32,6 +36,7 @@ protected:
 private:
     ButtonKind meaning;
     std::string iconName;
+    std::optional<Tone> iconTone;
     bool small = false;
 };
 

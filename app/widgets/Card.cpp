@@ -103,12 +103,12 @@ void Card::layOut() {
     head->setContentsMargins(isFlush ? side : 0, 0, isFlush ? side : 0, 0);
     const int extra = std::max(0, head->sizeHint().height() - row);
     const int least = Type::px(3);
-    headRow->setMinimumHeight(row);
+    titleLabel->setMinimumHeight(row);
     const int above = Type::px(isFlush ? 10 : 12);
     const int below = Type::px(isFlush ? 10 : 8);
     // The round corners at the foot stay free of what reaches from edge to edge.
     outer->setContentsMargins(isFlush ? 1 : side,
-                              hasHead ? std::max(least, above - (extra + 1) / 2) : (isFlush ? Type::px(4) : above),
+                              hasHead ? std::max(least, above - (extra + 1) / 2) : (isFlush ? 1 : above),
                               isFlush ? 1 : side, isFlush ? Type::px(4) : Type::px(12));
     outer->setSpacing(hasHead ? std::max(least, below - extra / 2) : 0);
 }

@@ -23,7 +23,8 @@ public:
     void addControl(QWidget* control);
     /// Adds a widget ahead of the title.
     void addLead(QWidget* widget);
-    /// Without padding around the body: for tables and lists that reach from edge to edge.
+    /// Without padding around the body: for tables and lists that reach from edge to edge. Without a title they begin
+    /// at the upper edge.
     void setFlush(bool flush);
     /// Where the content goes. Its spacing is the caller's.
     QVBoxLayout* body() const { return content; }

@@ -72,11 +72,11 @@ QString clock(double time) {
 }
 
 QString dayOfMonth(double time) {
-    return local(time, QStringLiteral("MMM d"));
+    return local(time, QStringLiteral("d MMM"));
 }
 
 QString dayAndClock(double time) {
-    return local(time, QStringLiteral("MMM d, HH:mm"));
+    return local(time, QStringLiteral("d MMM, HH:mm"));
 }
 
 } // namespace ostrivane::ChartText

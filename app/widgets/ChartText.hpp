@@ -48,7 +48,7 @@ inline QString none() {
     return QStringLiteral("—");
 }
 
-/// Local time of instants in seconds since 1970: "14:31:52", "14:31", "Nov 14", "Nov 14, 14:31".
+/// Local time of instants in seconds since 1970: "14:31:52", "14:31", "14 Nov", "14 Nov, 14:31".
 QString clockWithSeconds(double time);
 QString clock(double time);
 QString dayOfMonth(double time);

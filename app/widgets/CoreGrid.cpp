@@ -39,16 +39,22 @@ CoreGrid::CoreGrid(QWidget* parent) : QWidget(parent) {
 }
 
 void CoreGrid::set(std::vector<CoreCell> given) {
-    const bool isSameCount = given.size() == cells.size();
-    for (std::size_t index = 0; isSameCount && index < given.size(); ++index) {
+    const auto label = [](const CoreCell& cell) -> const QString& { return cell.label; };
+    const bool areSameCores = std::ranges::equal(given, cells, {}, label, label);
+    const int high = cellHeight(width());
+    for (std::size_t index = 0; areSameCores && index < given.size(); ++index) {
         if (given[index] != cells[index])
-            update(cellRect(index));
+            update(cellRect(index, high));
     }
     cells = std::move(given);
-    if (!isSameCount) {
-        updateGeometry();
-        update();
-    }
+    if (areSameCores)
+        return;
+    const QFontMetrics metrics(Type::font(TypeRole::caption));
+    widestLabel = 0;
+    for (const CoreCell& cell : cells)
+        widestLabel = std::max(widestLabel, metrics.horizontalAdvance(cell.label));
+    updateGeometry();
+    update();
 }
 
 void CoreGrid::setPerRow(int count) {
@@ -71,12 +77,8 @@ int CoreGrid::cellWidth(int width) const {
 }
 
 bool CoreGrid::isTwoLined(int width) const {
-    const QFontMetrics metrics(Type::font(TypeRole::caption));
-    int widest = 0;
-    for (const CoreCell& cell : cells)
-        widest = std::max(widest, metrics.horizontalAdvance(cell.label));
     const int figure = QFontMetrics(figureFont()).horizontalAdvance(QStringLiteral("100%"));
-    return widest + figure + Type::px(3) > cellWidth(width) - 2 * Type::px(sidePadding);
+    return widestLabel + figure + Type::px(3) > cellWidth(width) - 2 * Type::px(sidePadding);
 }
 
 int CoreGrid::cellHeight(int width) const {
@@ -97,14 +99,13 @@ QSize CoreGrid::minimumSizeHint() const {
     return {perRow * Type::px(44) + (perRow - 1) * gap(), heightForWidth(width())};
 }
 
-QRect CoreGrid::cellRect(std::size_t index) const {
+QRect CoreGrid::cellRect(std::size_t index, int high) const {
     const int column = static_cast<int>(index) % perRow;
     const int row = static_cast<int>(index) / perRow;
     // The columns end on whole pixels and together fill the width.
     const int room = width() - (perRow - 1) * gap();
     const int left = room * column / perRow;
     const int right = room * (column + 1) / perRow;
-    const int high = cellHeight(width());
     const QRect rect(left + column * gap(), row * (high + gap()), right - left, high);
     return QStyle::visualRect(layoutDirection(), QWidget::rect(), rect);
 }
@@ -117,8 +118,9 @@ void CoreGrid::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const bool twoLined = isTwoLined(width());
+    const int high = cellHeight(width());
     for (std::size_t index = 0; index < cells.size(); ++index) {
-        const QRect rect = cellRect(index);
+        const QRect rect = cellRect(index, high);
         if (event->region().intersects(rect))
             drawCell(painter, rect, cells[index], twoLined);
     }

@@ -43,12 +43,13 @@ private:
     /// Whether names stand above the figures, since cells of a grid that wide have no room for both in a line.
     bool isTwoLined(int width) const;
     int cellHeight(int width) const;
-    QRect cellRect(std::size_t index) const;
+    QRect cellRect(std::size_t index, int height) const;
 
     void drawCell(QPainter& painter, const QRectF& cell, const CoreCell& core, bool twoLined) const;
 
     std::vector<CoreCell> cells;
     int perRow = 12;
+    int widestLabel = 0; ///< pixels
 };
 
 } // namespace ostrivane

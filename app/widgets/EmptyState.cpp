@@ -44,7 +44,7 @@ EmptyState::EmptyState(std::string_view iconName, QWidget* parent) : QWidget(par
         column->addWidget(disc, 0, Qt::AlignHCenter);
         column->addSpacing(Type::px(8));
     }
-    title = new TextLabel(TypeRole::bodyStrong, Tone::text, this);
+    title = new TextLabel(TypeRole::tableStrong, Tone::text, this);
     detail = new TextLabel(TypeRole::secondary, Tone::text2, this);
     for (TextLabel* label : {title, detail}) {
         label->setWraps(true);

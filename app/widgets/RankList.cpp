@@ -23,7 +23,7 @@ constexpr double gap = 8;
 constexpr double barWidth = 44;
 constexpr double barHeight = 4;
 constexpr double figureWidth = 66; // "99.9 GB", "12800%"
-constexpr double leastName = 60;
+constexpr double leastName = 48;
 
 } // namespace
 

@@ -120,9 +120,24 @@ QVariant RowsModelBase::data(const QModelIndex& index, int role) const {
 }
 
 QVariant RowsModelBase::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= columnCount())
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
         return {};
-    return column(section).title;
+    switch (role) {
+    case Qt::DisplayRole:
+        return column(section).title;
+    case Qt::AccessibleTextRole:
+        return column(section).title + (section == sortedBy ? sortWords() : QString());
+    default:
+        return {};
+    }
+}
+
+/// What colour and sign of a head tell the eye.
+QString RowsModelBase::sortWords() const {
+    const bool isAscending = direction == Qt::AscendingOrder;
+    if (column(sortedBy).isNumeric)
+        return isAscending ? QStringLiteral(", sorted, lowest first") : QStringLiteral(", sorted, highest first");
+    return isAscending ? QStringLiteral(", sorted, A to Z") : QStringLiteral(", sorted, Z to A");
 }
 
 void RowsModelBase::setOrderHeld(bool held) {

@@ -111,6 +111,7 @@ private:
     };
     struct Key;
 
+    QString sortWords() const;
     void settle();
     void append(const std::vector<std::size_t>& joining);
     void removeFrom(std::size_t row);

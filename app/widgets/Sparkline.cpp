@@ -1,6 +1,7 @@
 #include "app/widgets/Sparkline.hpp"
 
 #include "app/widgets/ChartPaint.hpp"
+#include "app/widgets/ChartShape.hpp"
 #include "app/widgets/ChartText.hpp"
 #include "app/widgets/Type.hpp"
 
@@ -8,6 +9,7 @@
 #include <QPolygonF>
 
 #include <algorithm>
+#include <iterator>
 
 namespace ostrivane {
 
@@ -15,6 +17,31 @@ namespace {
 
 constexpr qreal lineWidth = 1.4;
 constexpr qreal areaOpacity = 0.15;
+
+/// The points in view, and the nearest one ahead of them: there the line comes in from outside.
+std::span<const TimedValue> inView(std::span<const TimedValue> points, double since) {
+    const auto first = std::ranges::lower_bound(points, since, {}, &TimedValue::time);
+    return {first == points.begin() ? first : std::prev(first), points.end()};
+}
+
+/// A piece of the line: in one stroke, a dot where it has one point.
+void drawPiece(QPainter& painter, const QPolygonF& line, double floor, const SparklineLook& look) {
+    const QColor colour = Theme::current().colour(look.series);
+    if (line.size() == 1) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colour);
+        painter.drawEllipse(line.first(), lineWidth, lineWidth);
+        return;
+    }
+    if (look.hasArea && !look.isDashed) {
+        QColor area = colour;
+        area.setAlphaF(static_cast<float>(areaOpacity));
+        QPolygonF filled = line;
+        filled << QPointF(line.last().x(), floor) << QPointF(line.first().x(), floor);
+        ChartPaint::drawArea(painter, filled, area);
+    }
+    ChartPaint::drawStroke(painter, line, colour, lineWidth, look.isDashed);
+}
 
 } // namespace
 
@@ -24,35 +51,18 @@ void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedV
         return;
     // Half a line's width stays free above and below, so that neither end of the scale is cut.
     const QRectF plot = rect.adjusted(0, lineWidth / 2, 0, -lineWidth / 2);
-    QPolygonF line;
-    line.reserve(static_cast<qsizetype>(points.size()));
-    const double since = look.now - look.window;
-    for (std::size_t at = 0; at < points.size(); ++at) {
-        // The line comes in from outside of the view, but only from the nearest point.
-        if (points[at].time < since && at + 1 < points.size() && points[at + 1].time < since)
-            continue;
-        const double share = look.top > 0 ? std::clamp(points[at].value / look.top, 0.0, 1.0) : 0;
-        line << QPointF(plot.right() - (look.now - points[at].time) / look.window * plot.width(),
-                        plot.bottom() - share * plot.height());
-    }
-
-    const QColor colour = Theme::current().colour(look.series);
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(rect, Qt::IntersectClip);
-    if (line.size() == 1) {
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(colour);
-        painter.drawEllipse(line.first(), lineWidth, lineWidth);
-    } else {
-        if (look.hasArea && !look.isDashed) {
-            QColor area = colour;
-            area.setAlphaF(static_cast<float>(areaOpacity));
-            QPolygonF filled = line;
-            filled << QPointF(line.last().x(), rect.bottom()) << QPointF(line.first().x(), rect.bottom());
-            ChartPaint::drawArea(painter, filled, area);
+    for (const ChartShape::Run& run : ChartShape::liveRuns(inView(points, look.now - look.window))) {
+        QPolygonF line;
+        line.reserve(static_cast<qsizetype>(run.size()));
+        for (const TimedValue& point : run) {
+            const double share = look.top > 0 ? std::clamp(point.value / look.top, 0.0, 1.0) : 0;
+            line << QPointF(plot.right() - (look.now - point.time) / look.window * plot.width(),
+                            plot.bottom() - share * plot.height());
         }
-        ChartPaint::drawStroke(painter, line, colour, lineWidth, look.isDashed);
+        drawPiece(painter, line, rect.bottom(), look);
     }
     painter.restore();
 }

@@ -26,7 +26,8 @@ struct SparklineLook {
     friend bool operator==(const SparklineLook&, const SparklineLook&) = default;
 };
 
-/// A line without axes. Breaks nowhere; values above the scale stay at its upper end.
+/// A line without axes. A gap in the points, which are in the order of their time, is a gap in the line; values above
+/// the scale stay at its upper end.
 void drawSparkline(QPainter& painter, const QRectF& rect, std::span<const TimedValue> points,
                    const SparklineLook& look);
 

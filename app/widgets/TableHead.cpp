@@ -1,5 +1,6 @@
 #include "app/widgets/TableHead.hpp"
 
+#include "app/widgets/Card.hpp"
 #include "app/widgets/RowsModel.hpp"
 #include "app/widgets/Style.hpp"
 #include "app/widgets/TableDelegate.hpp"
@@ -32,6 +33,14 @@ void drawSign(QPainter& painter, const QRectF& rect, bool ascending) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(sign, Theme::current().text);
     painter.setRenderHint(QPainter::Antialiasing, false);
+}
+
+/// Whether that widget begins where the card does in which it stands.
+bool isAtTopOfCard(const QWidget& widget) {
+    const QWidget* card = widget.parentWidget();
+    while (card && !qobject_cast<const Card*>(card))
+        card = card->parentWidget();
+    return card && widget.mapTo(card, QPoint()).y() <= 1;
 }
 
 } // namespace
@@ -82,8 +91,7 @@ void TableHead::paintEvent(QPaintEvent* event) {
         const Theme& theme = Theme::current();
         painter.fillRect(viewport()->rect(), theme.card);
         // At the upper edge of a card the head has the card's corners.
-        const QWidget* table = parentWidget();
-        const bool isAtTop = table && table->y() <= 1;
+        const bool isAtTop = isAtTopOfCard(*this);
         QPainterPath ground;
         const qreal corner = isAtTop ? Type::px(cornerOfCard) : 0;
         ground.addRoundedRect(QRectF(viewport()->rect()).adjusted(0, 0, 0, corner), corner, corner);

@@ -54,8 +54,6 @@ TotalsList::Columns TotalsList::columns() const {
     const QFont font = Type::font(TypeRole::table);
     Columns made;
     std::array<int, 3> wanted{};
-    for (std::size_t column = 0; column < heads.size(); ++column)
-        wanted[column] = Paint::textWidth(Type::font(TypeRole::tableHead), heads[column]);
     for (const TotalsRow& row : shown) {
         made.name = std::max(made.name, Paint::textWidth(font, row.name));
         for (std::size_t column = 0; column < heads.size(); ++column)
@@ -65,9 +63,9 @@ TotalsList::Columns TotalsList::columns() const {
     const int room = width() - 2 * Type::px(sideMargin) - made.name;
     for (const auto& visible : {std::vector<std::size_t>{0, 1, 2}, {0, 2}, {0}}) {
         made.visible = visible;
-        made.width = room / static_cast<int>(visible.size());
-        if (std::ranges::all_of(visible,
-                                [&](std::size_t column) { return wanted[column] + Type::px(gap) <= made.width; }))
+        const int equal = room / static_cast<int>(visible.size());
+        made.widths.fill(equal); // these stand still while figures change
+        if (std::ranges::all_of(visible, [&](std::size_t column) { return wanted[column] + Type::px(gap) <= equal; }))
             break;
     }
     return made;
@@ -77,9 +75,10 @@ void TotalsList::paintCells(QPainter& painter, const QRect& rect, const std::arr
     const Columns layout = columns();
     int left = Type::px(sideMargin) + layout.name;
     for (const std::size_t column : layout.visible) {
-        const QRect cell = QStyle::visualRect(layoutDirection(), rect, {left, rect.top(), layout.width, rect.height()});
+        const int width = layout.widths[column];
+        const QRect cell = QStyle::visualRect(layoutDirection(), rect, {left, rect.top(), width, rect.height()});
         Numbers::draw(painter, cell, painter.font(), Qt::AlignTrailing | Qt::AlignVCenter, cells[column]);
-        left += layout.width;
+        left += width;
     }
 }
 
@@ -87,7 +86,12 @@ void TotalsList::paintRest(QPainter& painter) {
     const QRect head(0, 0, width(), Type::px(headHeight));
     painter.setFont(Type::font(TypeRole::tableHead));
     painter.setPen(Theme::current().text2);
-    paintCells(painter, head, heads);
+    const Columns layout = columns();
+    const QFontMetrics metrics(painter.font());
+    std::array<QString, 3> cut;
+    for (std::size_t column = 0; column < heads.size(); ++column)
+        cut[column] = metrics.elidedText(heads[column], Qt::ElideRight, layout.widths[column] - Type::px(gap));
+    paintCells(painter, head, cut);
 }
 
 void TotalsList::paintRow(QPainter& painter, const QRect& rect, int row) {

@@ -17,8 +17,8 @@ struct TotalsRow {
     friend bool operator==(const TotalsRow&, const TotalsRow&) = default;
 };
 
-/// Sums in columns below their heads; the rows share the height. Columns that do not fit are left out, the middle one
-/// first: figures are never cut.
+/// Sums in columns below their heads; the rows share the height. Columns whose figures do not fit are left out, the
+/// middle one first: figures are never cut, but heads are.
 class TotalsList final : public RowList {
     Q_OBJECT
 public:
@@ -38,8 +38,8 @@ protected:
 private:
     struct Columns {
         std::vector<std::size_t> visible;
-        int name = 0;  ///< width of the names
-        int width = 0; ///< of each of the others
+        int name = 0;                ///< width of the names
+        std::array<int, 3> widths{}; ///< of the others, by column
     };
     Columns columns() const;
     void paintCells(QPainter& painter, const QRect& rect, const std::array<QString, 3>& cells) const;

@@ -116,11 +116,11 @@ public:
         return found == list.end() ? QModelIndex() : index(static_cast<int>(found - list.begin()));
     }
 
-    bool set(std::vector<TwoLineRow> rows) {
-        if (rows == list)
+    bool set(std::vector<TwoLineRow> shown) {
+        if (shown == list)
             return false;
         beginResetModel();
-        list = std::move(rows);
+        list = std::move(shown);
         endResetModel();
         return true;
     }

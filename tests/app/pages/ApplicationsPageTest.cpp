@@ -159,6 +159,22 @@ TEST_F(ApplicationsPageTest, keepsTheHeadOfAnApplicationThatEnded) {
     EXPECT_TRUE(says(text(chosen.name)));
     EXPECT_TRUE(says(QStringLiteral("Unavailable")));
     EXPECT_EQ(processes->model()->rowCount(), 0);
+    EXPECT_FALSE(button(*detail, ("Reveal " + chosen.name).c_str())->isEnabled());
+}
+
+TEST_F(ApplicationsPageTest, offersNothingWhereNothingFilters) {
+    harness.play(developer, 3);
+    SystemSnapshot bare = *harness.state().snapshot;
+    bare.applications.clear();
+    bare.processes.clear();
+    harness.take(std::make_shared<SystemSnapshot>(std::move(bare)));
+    show();
+    EXPECT_TRUE(says(QStringLiteral("Applications are unavailable on this computer.")));
+    EXPECT_FALSE(says(QStringLiteral("0 applications")));
+    const auto buttons = page->findChildren<QAbstractButton*>();
+    EXPECT_TRUE(std::ranges::none_of(buttons, [](const QAbstractButton* one) {
+        return one->isVisible() && one->text() == QStringLiteral("Clear Filter");
+    }));
 }
 
 TEST_F(ApplicationsPageTest, asksTheHistoryOfWhatIsSelectedWhileItIsSeen) {

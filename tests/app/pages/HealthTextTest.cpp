@@ -62,7 +62,11 @@ TEST(HealthText, givesEachCategoryItsEvidenceAndItsPage) {
     EXPECT_EQ(text.cards[0].evidence, (QStringList{QStringLiteral("One."), QStringLiteral("Two.")}));
     EXPECT_EQ(text.cards[0].link, QStringLiteral("Open Memory"));
     EXPECT_EQ(text.cards[0].page, Page::memory);
+    EXPECT_TRUE(text.cards[0].note.isEmpty());
     EXPECT_TRUE(text.cards[1].link.isEmpty());
+    HealthCategory bare = category("Storage", Status::unknown, "storage");
+    bare.evidence.clear();
+    EXPECT_FALSE(presentHealth(judged({bare}), PlatformWords::Linux).cards[0].note.isEmpty()) << "no blank card";
 }
 
 TEST(HealthText, saysNothingBeforeTheMachineWasJudged) {

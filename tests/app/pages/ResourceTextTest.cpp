@@ -88,6 +88,7 @@ TEST(CPUTextTest, GuessesNothing) {
     EXPECT_EQ(shown.note.toStdString(), "CPU temperature is unavailable on this Mac.");
     EXPECT_EQ(valueOf(shown.averages, "Today"), "—");
     EXPECT_EQ(shown.subtitle, QString());
+    EXPECT_EQ(valueOf(shown.machine, "Processes"), "—");
 
     state.hasFirstSample = false;
     const CPUText early = presentCPU(state, PlatformWords::macOS);
@@ -95,6 +96,16 @@ TEST(CPUTextTest, GuessesNothing) {
     EXPECT_EQ(valueOf(early.loads, "Load, 1 min"), "…");
     EXPECT_EQ(valueOf(early.machine, "Processes"), "…");
     EXPECT_EQ(early.note, QString());
+}
+
+TEST(RangeTextTest, TellsTheIntervalAsItIs) {
+    const auto told = [](double interval) { return rangeText(std::nullopt, interval).toStdString(); };
+    EXPECT_EQ(told(0), "Last 5 minutes") << "after one reading";
+    EXPECT_EQ(told(1.04), "Last 5 minutes, every second") << "a reading takes its time";
+    EXPECT_EQ(told(1.98), "Last 5 minutes, every 2 s");
+    EXPECT_EQ(told(1.5), "Last 5 minutes, every 1.5 s");
+    EXPECT_EQ(told(0.5), "Last 5 minutes, every 0.5 s");
+    EXPECT_EQ(told(std::numeric_limits<double>::quiet_NaN()), "Last 5 minutes");
 }
 
 TEST(CPUTextTest, PeakIsTheHighestOfTheLastFiveMinutes) {

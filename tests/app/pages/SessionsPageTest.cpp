@@ -69,6 +69,22 @@ TEST_F(SessionsPageTest, recordsShowsAndDeletes) {
     EXPECT_TRUE(page.findChild<EmptyState*>()->isVisible()) << "a deleted session is not shown from memory";
 }
 
+TEST_F(SessionsPageTest, handsTheFocusOnAsItsButtonsTakeTurns) {
+    harness.show(page);
+    QApplication::setActiveWindow(&page);
+    QApplication::processEvents();
+    QAbstractButton* start = button(page, "Start Session");
+    QAbstractButton* stop = button(page, "Stop Session");
+    start->setFocus();
+    ASSERT_TRUE(start->hasFocus());
+    start->click();
+    harness.settle();
+    EXPECT_TRUE(stop->hasFocus());
+    stop->click();
+    harness.settle();
+    EXPECT_TRUE(start->hasFocus());
+}
+
 TEST_F(SessionsPageTest, showsOnWakingWhatEndedElsewhere) {
     harness.model->startSession("Elsewhere");
     harness.play(developer, 2);

@@ -59,8 +59,10 @@ TEST(SettingsPageText, tellsWhatIsNotKnown) {
     const TimeZone zone("UTC");
     EXPECT_EQ(historySizeText(0), "—");
     EXPECT_EQ(historySizeText(1'230'000'000), "1.23 GB");
-    EXPECT_EQ(earliestText(std::nullopt), "—");
-    EXPECT_EQ(earliestText(Date{1'700'000'000}), "Nov 14, 2023");
+    const Date now{1'700'000'000};
+    EXPECT_EQ(earliestText(std::nullopt, now), "—");
+    EXPECT_EQ(earliestText(now, now), "14 November");
+    EXPECT_EQ(earliestText(now + -365 * 86'400.0, now), "14 November 2022");
     EXPECT_EQ(paceText(5, 0.5), "The figures move as often as the machine is sampled: every 5 s in the background, "
                                 "every 0.5 s while something is open.");
 }

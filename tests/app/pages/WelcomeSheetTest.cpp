@@ -1,11 +1,15 @@
 #include "app/pages/WelcomeSheet.hpp"
 
+#include "app/widgets/TextLabel.hpp"
+#include "app/widgets/Type.hpp"
 #include "tests/app/pages/PageHarness.hpp"
 #include "tests/app/pages/Widgets.hpp"
 
 #include <QAccessible>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 namespace ostrivane {
@@ -68,7 +72,7 @@ TEST_F(WelcomeSheetTest, keepsTheFocus) {
 }
 
 TEST_F(WelcomeSheetTest, writesItsChoicesAndCoversTheWindow) {
-    button(*sheet, "Notify me when something needs attention")->click();
+    button(*sheet, "Notify me when something needs attention")->toggle(); // as assistive programs do
     EXPECT_FALSE((*harness.model->settings()).notificationsEnabled);
     button(*sheet, "Start at login")->click();
     EXPECT_EQ(harness.loginItem.now, LoginItem::State::on);
@@ -76,6 +80,30 @@ TEST_F(WelcomeSheetTest, writesItsChoicesAndCoversTheWindow) {
     QApplication::processEvents();
     EXPECT_EQ(sheet->geometry(), window.rect());
     EXPECT_TRUE(sheet->rect().contains(sheet->childAt(sheet->rect().center())->geometry().topLeft()));
+}
+
+TEST(WelcomeSheet, isWholeAtItsFirstShowing) {
+    const double usual = Type::base();
+    for (const double base : {12.0, 13.0, 16.0, 26.0}) {
+        Type::setBase(base);
+        PageHarness harness;
+        QWidget window;
+        window.resize(1240, 800);
+        WelcomeSheet sheet(harness.page, &window);
+        window.show();
+        sheet.show();
+        QApplication::processEvents();
+        const QScrollBar* bar = sheet.findChild<QScrollArea*>()->verticalScrollBar();
+        EXPECT_TRUE(bar->maximum() == 0 || base > 16) << base << ": " << bar->maximum();
+        window.resize(960, 620);
+        QApplication::processEvents();
+        for (const QWidget* child : sheet.findChildren<QWidget*>()) {
+            const auto* label = dynamic_cast<const TextLabel*>(child);
+            EXPECT_TRUE(!label || !label->isVisible() || label->height() >= label->heightForWidth(label->width()))
+                << base << ": " << (label ? label->text().toStdString() : "");
+        }
+    }
+    Type::setBase(usual);
 }
 
 } // namespace

@@ -99,6 +99,27 @@ TEST_F(CardTest, AHeadKeepsTitleAndControlsAheadOfItsNote) {
     EXPECT_EQ(badge->width(), badge->sizeHint().width());
 }
 
+TEST_F(CardTest, AHeadIsNeverLowerThanItsControls) {
+    Card card(QStringLiteral("Applications"));
+    auto* link = new LinkButton(QStringLiteral("All applications"));
+    card.addControl(link);
+    card.body()->addWidget(new TextLabel);
+    showActive(card, {300, 1});
+    EXPECT_EQ(card.height(), card.minimumSizeHint().height());
+    EXPECT_EQ(link->height(), link->sizeHint().height());
+    EXPECT_TRUE(link->parentWidget()->rect().contains(link->geometry()));
+}
+
+TEST_F(CardTest, ATableWithoutTitleBeginsAtItsEdge) {
+    Card card;
+    card.setFlush(true);
+    auto* table = new QWidget;
+    card.body()->addWidget(table, 1);
+    showActive(card, {300, 100});
+    EXPECT_EQ(table->geometry().topLeft(), QPoint(1, 1));
+    EXPECT_LT(table->geometry().bottom(), card.height() - 2) << "the round corners at the foot stay free";
+}
+
 } // namespace
 
 } // namespace ostrivane

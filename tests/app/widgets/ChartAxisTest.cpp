@@ -124,12 +124,12 @@ TEST(ChartAxisTest, LongSpansAreToldByTheClockAndTheCalendar) {
     EXPECT_EQ(labelsOf(clockTimes(now - 3600, now, 6)).first(), QStringLiteral("13:32"));
     const auto week = clockTimes(now - 7 * 86400, now, 7);
     EXPECT_EQ(labelsOf(week).join(QLatin1Char('|')),
-              QStringLiteral("Nov 15|Nov 16|Nov 17|Nov 18|Nov 19|Nov 20|Nov 21|now"));
+              QStringLiteral("15 Nov|16 Nov|17 Nov|18 Nov|19 Nov|20 Nov|21 Nov|now"));
     EXPECT_NEAR(week[0].share, (9 * 3600 + 28 * 60) / (7 * 86400.0), 1e-9) << "at midnight";
     // Over the change from summer time midnights are no longer a whole number of days apart.
     constexpr double later = 1761570000; // 14:00 on 27 October 2025, the clock was set back on the 26th
     const auto change = clockTimes(later - 3 * 86400, later, 7);
-    ASSERT_EQ(labelsOf(change).join(QLatin1Char('|')), QStringLiteral("Oct 25|Oct 26|Oct 27|now"));
+    ASSERT_EQ(labelsOf(change).join(QLatin1Char('|')), QStringLiteral("25 Oct|26 Oct|27 Oct|now"));
     EXPECT_NEAR((change[2].share - change[1].share) * 72, 25, 1e-6);
 }
 

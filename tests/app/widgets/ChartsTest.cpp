@@ -302,6 +302,21 @@ TEST(SparklineTest, TellsItsFiguresWhenItHasWords) {
     }
 }
 
+TEST(SparklineTest, AGapInThePointsIsAGapInTheLine) {
+    Sparkline sparkline(QStringLiteral("Fan"));
+    sparkline.resize(300, 40);
+    std::vector<TimedValue> points;
+    for (double ago = 300; ago >= 0; ago -= 2)
+        if (ago >= 200 || ago <= 100) // the machine slept between them
+            points.push_back({now - ago, 0.5});
+    sparkline.set(points, {.top = 1, .now = now});
+    const QImage image = sparkline.grab().toImage();
+    const QColor colour = Theme::current().s1;
+    EXPECT_TRUE(showsColour(image, 50, colour));
+    EXPECT_FALSE(showsColour(image, 150, colour));
+    EXPECT_TRUE(showsColour(image, 250, colour));
+}
+
 TEST(CoreGridTest, PaintsOnlyTheCellsThatChanged) {
     CoreGrid grid;
     PaintCount paints(grid);

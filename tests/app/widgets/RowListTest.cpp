@@ -1,5 +1,6 @@
 #include "app/widgets/BulletList.hpp"
 #include "app/widgets/RankList.hpp"
+#include "app/widgets/Theme.hpp"
 #include "app/widgets/TotalsList.hpp"
 
 #include <QApplication>
@@ -84,6 +85,25 @@ TEST(TotalsList, leavesColumnsOutRatherThanCutFigures) {
     }
     EXPECT_EQ(list.accessibleItemText(0),
               QStringLiteral("Received, Today: 312.45 GB, 7 days: 312.45 GB, 30 days: 312.45 GB"));
+}
+
+TEST(TotalsList, cutsHeadsAheadOfLeavingColumnsOut) {
+    TotalsList list(QStringLiteral("Totals"), {QStringLiteral("Today"), QString(40, u'x'), QStringLiteral("30 days")});
+    const QString none = QStringLiteral("0 B");
+    list.set({{.name = QStringLiteral("Sent"), .figures = {none, none, none}}});
+    list.resize(240, 60);
+    EXPECT_EQ(list.visibleColumns(), 3);
+}
+
+TEST(RankList, hasItsBarsInTheNarrowestWindow) {
+    RankList list(QStringLiteral("Apps"), 1, Series::s1);
+    list.set({{.key = "a", .name = "App", .figure = QStringLiteral("1 GB"), .share = 1}});
+    list.resize(210, list.sizeHint().height()); // half of a card of a window of 960 pixels
+    const QImage image = list.grab().toImage();
+    int coloured = 0;
+    for (int x = 60; x < image.width(); ++x)
+        coloured += image.pixelColor(x, image.height() / 2) == Theme::current().s1 ? 1 : 0;
+    EXPECT_GT(coloured, 30);
 }
 
 TEST(BulletList, asksForRoomOnlyWhereItsLinesTakeMore) {

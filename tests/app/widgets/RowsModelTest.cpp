@@ -99,6 +99,21 @@ TEST_F(RowsModelTest, SortsByRawValuesWithAbsentOnesLeastAndEqualOnesByIdentity)
     EXPECT_EQ(ids(), (Order{1, 2, 5, 7, 4})) << "a text that changed is not compared by what it was";
 }
 
+TEST_F(RowsModelTest, HeadsTellInWordsWhatIsSortedBy) {
+    const auto told = [this](int column) {
+        return model.headerData(column, Qt::Horizontal, Qt::AccessibleTextRole).toString().toStdString();
+    };
+    EXPECT_EQ(told(valueColumn), "Value");
+    model.sort(valueColumn, Qt::DescendingOrder);
+    EXPECT_EQ(told(valueColumn), "Value, sorted, highest first");
+    EXPECT_EQ(told(nameColumn), "Name");
+    model.sort(valueColumn, Qt::AscendingOrder);
+    EXPECT_EQ(told(valueColumn), "Value, sorted, lowest first");
+    model.sort(nameColumn, Qt::AscendingOrder);
+    EXPECT_EQ(told(nameColumn), "Name, sorted, A to Z");
+    EXPECT_EQ(model.headerData(nameColumn, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Name"));
+}
+
 TEST_F(RowsModelTest, FormatsNothingUntilACellIsAskedForAndSignalsOnce) {
     assign({{1, 1.0, "a"}, {2, 2.0, "b"}, {3, 3.0, "c"}});
     model.sort(valueColumn, Qt::AscendingOrder);
