@@ -59,7 +59,7 @@ private:
 
 PageView::PageView(Page page, PageContext& given, QWidget* parent) : QWidget(parent), context(given), ownPage(page) {
     header = new Header(this);
-    header->setFixedHeight(Type::px(headerHeight));
+    header->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     back = new IconButton("back", tr("Back"), header);
     forward = new IconButton("forward", tr("Forward"), header);
     connect(back, &QAbstractButton::clicked, this, [this] { model().goBack(); });
@@ -73,19 +73,23 @@ PageView::PageView(Page page, PageContext& given, QWidget* parent) : QWidget(par
 
     controls = new QHBoxLayout;
     controls->setSpacing(Type::px(8));
-    auto* row = new QHBoxLayout(header);
-    row->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), 0);
-    row->setSpacing(Type::px(2));
-    row->addWidget(back);
-    row->addWidget(forward);
-    row->addSpacing(Type::px(12));
-    row->addWidget(heading);
-    row->addSpacing(Type::px(10));
-    row->addWidget(glyph);
-    row->addSpacing(Type::px(4));
-    row->addWidget(subtitle, 1);
-    row->addSpacing(Type::px(8));
-    row->addLayout(controls);
+    titleRow = new QHBoxLayout;
+    titleRow->setSpacing(Type::px(2));
+    titleRow->addWidget(back);
+    titleRow->addWidget(forward);
+    titleRow->addSpacing(Type::px(12));
+    titleRow->addWidget(heading);
+    titleRow->addSpacing(Type::px(10));
+    titleRow->addWidget(glyph);
+    titleRow->addSpacing(Type::px(4));
+    titleRow->addWidget(subtitle, 1);
+    titleRow->addSpacing(Type::px(8));
+    titleRow->addLayout(controls);
+    auto* rows = new QVBoxLayout(header);
+    rows->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), 0);
+    rows->setSpacing(0);
+    rows->addLayout(titleRow);
+    titleRow->addStrut(Type::px(headerHeight));
 
     strips = new QWidget(this);
     auto* stripLayout = new QVBoxLayout(strips);
@@ -212,6 +216,35 @@ void PageView::addStrip(QWidget* strip) {
     strips->layout()->addWidget(strip);
     strips->layout()->setContentsMargins(Type::px(pageMargin), 0, Type::px(pageMargin), Type::px(12));
     strips->show();
+}
+
+/// Below the title, at its end, where both are too wide for one line.
+void PageView::placeControls() {
+    const QMargins margins = header->layout()->contentsMargins();
+    const int wide = titleRow->minimumSize().width() + (areControlsBelow ? controls->minimumSize().width() : 0);
+    const bool goBelow = wide > width() - margins.left() - margins.right();
+    if (goBelow == areControlsBelow)
+        return;
+    areControlsBelow = goBelow;
+    auto* rows = static_cast<QVBoxLayout*>(header->layout());
+    if (areControlsBelow) {
+        titleRow->removeItem(controls);
+        rows->addLayout(controls);
+        rows->setAlignment(controls, Qt::AlignTrailing);
+        controls->setContentsMargins(0, 0, 0, Type::px(12));
+    } else {
+        rows->removeItem(controls);
+        titleRow->addLayout(controls);
+        titleRow->setAlignment(controls, {});
+        controls->setContentsMargins(0, 0, 0, 0);
+    }
+}
+
+bool PageView::event(QEvent* event) {
+    const bool isHandled = QWidget::event(event);
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest)
+        placeControls();
+    return isHandled;
 }
 
 void PageView::showEvent(QShowEvent* shown) {

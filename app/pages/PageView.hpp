@@ -85,6 +85,7 @@ protected:
     }
 
     void keyPressEvent(QKeyEvent* event) override;
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
@@ -93,6 +94,7 @@ protected:
 private:
     void settle();
     void placeBody();
+    void placeControls();
     void updateHeader();
 
     const Page ownPage;
@@ -106,7 +108,9 @@ private:
     TextLabel* heading = nullptr;
     StatusGlyph* glyph = nullptr;
     TextLabel* subtitle = nullptr;
+    QHBoxLayout* titleRow = nullptr;
     QHBoxLayout* controls = nullptr;
+    bool areControlsBelow = false;
     QWidget* strips = nullptr;
     QScrollArea* scroll = nullptr;
     QWidget* holder = nullptr;

@@ -120,7 +120,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     const bool narrow = width() < Type::px(narrowBelow);
-    sidebar->setNarrow(narrow);
+    sidebar->fitInto(width(), narrow);
     if (PageView* page = currentPage())
         page->setNarrow(narrow);
     if (welcome)

@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrivane {
@@ -24,6 +25,7 @@ namespace {
 
 constexpr double wideWidth = 216;
 constexpr double narrowWidth = 196;
+constexpr double mostShare = 0.3; // of the window, where the lettering is large
 
 QListView* makeList(SidebarModel* pages, const QString& name, QWidget* parent) {
     auto* list = new QListView(parent);
@@ -102,8 +104,8 @@ void Sidebar::focusList() {
     chosen->setFocus(Qt::TabFocusReason);
 }
 
-void Sidebar::setNarrow(bool narrow) {
-    setFixedWidth(Type::px(narrow ? narrowWidth : wideWidth));
+void Sidebar::fitInto(int windowWidth, bool isNarrow) {
+    setFixedWidth(std::min(Type::px(isNarrow ? narrowWidth : wideWidth), static_cast<int>(mostShare * windowWidth)));
 }
 
 void Sidebar::setSeen(bool isSeen) {

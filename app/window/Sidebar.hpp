@@ -28,7 +28,7 @@ public:
 
     void focusSearch();
     void focusList();
-    void setNarrow(bool narrow);
+    void fitInto(int windowWidth, bool isNarrow);
     /// Follows the model only while it can be seen.
     void setSeen(bool seen);
 

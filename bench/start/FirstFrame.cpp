@@ -25,7 +25,9 @@ extern "C" xcb_void_cookie_t xcb_put_image(xcb_connection_t* c, std::uint8_t for
                                            xcb_gcontext_t gc, std::uint16_t width, std::uint16_t height,
                                            std::int16_t dst_x, std::int16_t dst_y, std::uint8_t left_pad,
                                            std::uint8_t depth, std::uint32_t data_len, const std::uint8_t* data) {
-    static const auto real = reinterpret_cast<decltype(&xcb_put_image)>(::dlsym(RTLD_NEXT, "xcb_put_image"));
+    // The toolkit loads these libraries for itself alone: they are not next in line.
+    static const auto real =
+        reinterpret_cast<decltype(&xcb_put_image)>(::dlsym(::dlopen("libxcb.so.1", RTLD_LAZY), "xcb_put_image"));
     const auto cookie = real(c, format, drawable, gc, width, height, dst_x, dst_y, left_pad, depth, data_len, data);
     xcb_flush(c);
     tellOnce();
@@ -38,7 +40,8 @@ extern "C" xcb_void_cookie_t xcb_shm_put_image(xcb_connection_t* c, xcb_drawable
                                                std::uint16_t src_height, std::int16_t dst_x, std::int16_t dst_y,
                                                std::uint8_t depth, std::uint8_t format, std::uint8_t send_event,
                                                std::uint32_t shmseg, std::uint32_t offset) {
-    static const auto real = reinterpret_cast<decltype(&xcb_shm_put_image)>(::dlsym(RTLD_NEXT, "xcb_shm_put_image"));
+    static const auto real = reinterpret_cast<decltype(&xcb_shm_put_image)>(
+        ::dlsym(::dlopen("libxcb-shm.so.0", RTLD_LAZY), "xcb_shm_put_image"));
     const auto cookie = real(c, drawable, gc, total_width, total_height, src_x, src_y, src_width, src_height, dst_x,
                              dst_y, depth, format, send_event, shmseg, offset);
     xcb_flush(c);
