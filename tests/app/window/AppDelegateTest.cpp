@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QTest>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -119,6 +120,16 @@ TEST_F(AppDelegateTest, QuitsWithTheWindowWhereNothingBringsItBack) {
     model().settings().defaults().setBoolean(keepRunningKey, false);
     delegate->windows().window()->close();
     EXPECT_EQ(quits, 1);
+}
+
+TEST_F(AppDelegateTest, StaysOpenWhileItsQuestionHasNoAnswer) {
+    hasTray = false;
+    launch({});
+    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    delegate->windows().window()->close();
+    EXPECT_TRUE(isShown());
+    EXPECT_EQ(quits, 0);
+    EXPECT_EQ(model().settings().defaults().boolean(keepRunningKey), std::nullopt);
 }
 
 TEST_F(AppDelegateTest, KeepsTheWindowsSize) {

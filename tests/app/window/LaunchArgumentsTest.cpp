@@ -18,6 +18,7 @@ TEST(LaunchArguments, decideAboutWindowAndWelcome) {
     EXPECT_EQ(decided({"--background"}), (LaunchDecision{.showsWindow = false, .allowsWelcome = true}));
     EXPECT_EQ(decided({"--login", "--page", "cpu"}), (LaunchDecision{.showsWindow = true, .allowsWelcome = false}))
         << "a page that is asked for is shown";
+    EXPECT_EQ(decided({"--page", "--background"}), (LaunchDecision{.showsWindow = false, .allowsWelcome = true}));
     EXPECT_EQ(decided({"--background", "--page=cpu"}), (LaunchDecision{.showsWindow = true, .allowsWelcome = true}));
 }
 

@@ -1,6 +1,8 @@
 #include "app/window/MainWindow.hpp"
 #include "app/pages/WelcomeSheet.hpp"
 #include "app/widgets/Banner.hpp"
+#include "app/widgets/SegmentedControl.hpp"
+#include "app/widgets/Type.hpp"
 #include "app/window/MainMenu.hpp"
 #include "app/window/Sidebar.hpp"
 #include "tests/app/pages/PageHarness.hpp"
@@ -130,6 +132,64 @@ TEST(MainWindow, movesTheFocusAroundByF6) {
     QTest::keyClick(&*shown.window, Qt::Key_F6);
     QTest::keyClick(&*shown.window, Qt::Key_F6);
     EXPECT_TRUE(sidebar->isAncestorOf(shown.window->focusWidget())) << "three places in a ring";
+}
+
+TEST(MainWindow, leavesThePageAloneWhenTheSidebarGetsTheFocus) {
+    ShownWindow shown;
+    AppModel& model = *shown.harness.model;
+    for (const Page page : {Page::settings, Page::memory}) {
+        model.select(page);
+        shown.window->findChild<Sidebar*>()->focusList();
+        EXPECT_EQ(model.navigation().selectedPage(), page);
+        for (auto* list : shown.window->findChild<Sidebar*>()->findChildren<QListView*>())
+            list->setFocus(Qt::TabFocusReason);
+        EXPECT_EQ(model.navigation().selectedPage(), page);
+    }
+    auto* pages = shown.window->findChild<Sidebar*>()->findChildren<QListView*>().first();
+    pages->setFocus(Qt::TabFocusReason);
+    QTest::keyClick(pages, Qt::Key_Down);
+    EXPECT_EQ(model.navigation().selectedPage(), Page::gpu) << "the keys choose";
+}
+
+TEST(MainWindow, findsEveryPageBySearch) {
+    ShownWindow shown;
+    auto* search = shown.window->findChild<Sidebar*>()->findChild<QLineEdit*>();
+    for (const auto& [words, page] :
+         {std::pair{"sett", Page::settings}, std::pair{"MEM", Page::memory}, std::pair{"no such", Page::memory}}) {
+        search->setText(QString::fromLatin1(words));
+        QTest::keyClick(search, Qt::Key_Return);
+        EXPECT_EQ(shown.harness.model->navigation().selectedPage(), page) << words;
+    }
+}
+
+TEST(MainWindow, scrollsAPageByKeysAndKeepsItsWidth) {
+    ShownWindow shown(developer);
+    shown.window->resize(960, 620);
+    PageView* page = shown.window->currentPage();
+    auto* area = page->findChild<QScrollArea*>();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return area->verticalScrollBar()->isVisible(); }));
+    ASSERT_GT(area->verticalScrollBar()->maximum(), 0);
+    const auto columns = [&] { return area->widget()->width() - area->widget()->contentsMargins().right(); };
+    const QWidget* header = page->findChild<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    EXPECT_EQ(columns(), header->width() - header->layout()->contentsMargins().right());
+    QTest::keyClick(page, Qt::Key_PageDown);
+    EXPECT_GT(area->verticalScrollBar()->value(), 0);
+    QTest::keyClick(page, Qt::Key_Home);
+    EXPECT_EQ(area->verticalScrollBar()->value(), 0);
+}
+
+TEST(MainWindow, putsTheControlsOfAHeaderBelowWhereTheLetteringIsLarge) {
+    Type::setBase(26);
+    ShownWindow shown(developer);
+    shown.window->resize(1008, 536); // of a screen of 1024 x 600
+    for (const Page page : shortcutPages()) {
+        shown.harness.model->select(page);
+        shown.harness.settle();
+        EXPECT_FALSE(shown.window->grab().isNull());
+        for (const auto* control : shown.window->currentPage()->findChildren<SegmentedControl*>())
+            EXPECT_LE(control->geometry().right(), control->parentWidget()->width()) << rawValue(page);
+    }
+    Type::setBase(13);
 }
 
 TEST(MainWindow, showsEveryPageOfEveryMachineAtBothSizes) {
