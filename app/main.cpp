@@ -21,6 +21,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -89,17 +90,19 @@ int run(LaunchArguments arguments) {
         say(stderr, "Ostrivane is running already, and its window cannot be brought up from here.\n");
         return failed;
     }
-    const QTemporaryDir replayFolder; // a recording has a history of its own, for as long as it is shown
+    std::optional<QTemporaryDir> replayHistory; // a recording has its own, for as long as it is shown
+    if (isReplay)
+        replayHistory.emplace();
     Backend backend(mainThread.poster(), {.source = {.replay = arguments.replay},
-                                          .historyFolder = isReplay ? replayFolder.path().toStdString() : ""});
+                                          .historyFolder = isReplay ? replayHistory->path().toStdString() : ""});
     if (const auto problem = backend.problem()) {
         say(stderr, *problem + "\n");
         return failed;
     }
     AppDelegate delegate(backend, {.loginItem = nativeLoginItem(),
                                    .appearance = nativeDesktopAppearance(),
-                                   // No icon is put there yet. macOS opens a program that runs once more.
-                                   .hasTray = [] { return nativePlatform() == Platform::macOS; },
+                                   .hasTray = [] { return false; }, // no icon is put there yet
+                                   .isReopened = nativePlatform() == Platform::macOS,
                                    .onMainThread = mainThread.poster(),
                                    .quit = endLoop});
     backend.onQuitSignal(endLoop);

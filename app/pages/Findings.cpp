@@ -50,11 +50,11 @@ void openInsight(AppModel& model, const std::string& id) {
     const auto found = std::ranges::find(insights, id, &Insight::id);
     if (found == insights.end())
         return;
-    const Insight insight = *found; // the list may change while others hear of the step
-    if (!insight.destination && !insight.appKey)
+    if (!found->destination && !found->appKey)
         return;
-    model.selectApp(insight.appKey);
-    const auto page = insight.destination ? fromRawValue<Page>(*insight.destination) : std::nullopt;
+    // Settled ahead of the first step: the list may change while others hear of it.
+    const auto page = found->destination ? fromRawValue<Page>(*found->destination) : std::nullopt;
+    model.selectApp(found->appKey);
     model.select(page.value_or(Page::applications));
 }
 

@@ -221,7 +221,8 @@ void PageView::addStrip(QWidget* strip) {
 /// Below the title, at its end, where both are too wide for one line.
 void PageView::placeControls() {
     const QMargins margins = header->layout()->contentsMargins();
-    const int wide = titleRow->minimumSize().width() + (areControlsBelow ? controls->minimumSize().width() : 0);
+    const int more = areControlsBelow ? titleRow->spacing() + controls->minimumSize().width() : 0;
+    const int wide = titleRow->minimumSize().width() + more;
     const bool goBelow = wide > width() - margins.left() - margins.right();
     if (goBelow == areControlsBelow)
         return;

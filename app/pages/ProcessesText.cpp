@@ -90,11 +90,9 @@ QString processesNote() {
 }
 
 QString restrictedText(const SystemSnapshot& snapshot) {
-    if (snapshot.restrictedProcessCount > 0)
-        return countText(snapshot.restrictedProcessCount) + QStringLiteral(" owned by other users (limited metrics)");
-    if (snapshot.processes.empty() || snapshot.systemProcessMetricsIncluded)
-        return {};
-    return QStringLiteral("Other users' processes are not measured");
+    return snapshot.restrictedProcessCount > 0
+               ? countText(snapshot.restrictedProcessCount) + QStringLiteral(" owned by other users (limited metrics)")
+               : QString();
 }
 
 } // namespace ostrivane

@@ -16,7 +16,7 @@ class SegmentedControl;
 /// @param interval  seconds between two readings; 0: not known yet
 QString rangeText(std::optional<HistoryRange> range, double interval);
 
-/// "every second", "every 2 s", to half a second; empty where the interval is not known.
+/// "every second", "every 2 s", to half a second, below 0.75 s to a tenth; empty where the interval is not known.
 QString everyText(double interval);
 
 /// How far back the charts of a page look: Live, 1H, 12H, 24H, 7D, 30D.

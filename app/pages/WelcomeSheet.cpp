@@ -10,6 +10,7 @@
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
+#include "core/sampling/platform/NativeMachine.hpp"
 
 #include <QApplication>
 #include <QEvent>
@@ -119,7 +120,7 @@ void WelcomeSheet::addHeading(QVBoxLayout& column) {
 }
 
 void WelcomeSheet::addPoints(QVBoxLayout& column) {
-    for (const WelcomePoint& point : welcomePoints(context.hasTray())) {
+    for (const WelcomePoint& point : welcomePoints(context.hasTray(), nativePlatform() == Platform::macOS)) {
         auto* title = new TextLabel(TypeRole::bodyStrong, Tone::text, content);
         title->setText(text(point.title));
         title->setWraps(true);

@@ -44,10 +44,6 @@ void sheet(QPainter& painter, const QRectF& rect, qreal radius, const QColor& fi
     }
 }
 
-QString elided(const QFont& font, const QString& text, int width, Qt::TextElideMode mode) {
-    return QFontMetricsF(font).elidedText(bounded(text, mode), mode, width);
-}
-
 int textWidth(const QFont& font, const QString& text) {
     return static_cast<int>(std::ceil(QFontMetricsF(font).horizontalAdvance(bounded(text, Qt::ElideRight))));
 }

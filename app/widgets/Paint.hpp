@@ -21,9 +21,6 @@ QColor mixed(const QColor& under, const QColor& over, double share);
 /// A sheet with round corners; without an edge where `edge` is not valid. The edge lies within `rect`.
 void sheet(QPainter& painter, const QRectF& rect, qreal radius, const QColor& fill, const QColor& edge = {});
 
-/// The text as it fits into `width`; a very long one is cut ahead of measuring.
-QString elided(const QFont& font, const QString& text, int width, Qt::TextElideMode mode = Qt::ElideRight);
-
 /// Pixels that a text takes in one line, rounded up.
 int textWidth(const QFont& font, const QString& text);
 

@@ -184,6 +184,7 @@ private:
 
     static std::vector<ColumnFacts> factsOf(const std::vector<TableColumn<Row>>& columns) {
         std::vector<ColumnFacts> facts;
+        facts.reserve(columns.size());
         for (const TableColumn<Row>& column : columns)
             facts.push_back({std::string(column.id), column.title, column.isNumeric, column.width, column.isHideable,
                              static_cast<bool>(column.sortKey), column.sortsDescendingFirst, column.isStrong,

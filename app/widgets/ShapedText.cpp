@@ -39,6 +39,7 @@ ShapedText shape(const QFont& font, const QString& text) {
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTextDirection(text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     option.setWrapMode(QTextOption::NoWrap);
+    option.setFlags(QTextOption::IncludeTrailingSpaces);
     QTextLayout layout(text, font);
     layout.setTextOption(option);
     layout.setCacheEnabled(true);

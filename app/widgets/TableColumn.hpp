@@ -23,24 +23,24 @@ template <class Row>
 struct TableColumn {
     std::string_view id; ///< under which its width and visibility are kept
     QString title;
-    bool isNumeric = false; ///< right-aligned, never elided, with figures of equal width
+    bool isNumeric = false; ///< right-aligned, with figures of equal width
     int width = 0;          ///< at a base of 13 pixels; 0: takes what the others leave
     bool isHideable = true;
     std::function<QString(const Row&)> text;
     std::function<SortKey(const Row&)> sortKey; ///< empty: cannot be sorted by
     bool sortsDescendingFirst = false;
+    bool isStrong = false; ///< weight 500
+    Qt::TextElideMode elide = Qt::ElideRight;
 
     std::function<double(const Row&)> heat{}; ///< 0 to 1: how much of the column's full scale
     std::function<double(const Row&)> bar{};  ///< 0 to 1: a small bar ahead of the figure
     Series barSeries = Series::s1;
     std::function<Tone(const Row&)> tone{};
-    bool isStrong = false;                                              ///< weight 500
     std::function<bool(const Row&)> isBold{};                           ///< weight 600
     std::function<QPixmap(const Row&, int pixels, qreal ratio)> icon{}; ///< ahead of the text
     std::function<QString(const Row&)> note{};                          ///< lighter, behind the text: a count
     std::function<QString(const Row&)> suffix{};                        ///< behind a figure, in a slot of its own: "*"
     std::function<QString(const Row&)> toolTip{};                       ///< where it says more than the text
-    Qt::TextElideMode elide = Qt::ElideRight;
 };
 
 } // namespace ostrivane

@@ -165,7 +165,8 @@ void TableDelegate::drawFigure(const Place& place, QRect rect) const {
     const Qt::Alignment side = place.option.direction == Qt::LeftToRight ? Qt::AlignRight : Qt::AlignLeft;
     const QString figure = oneLine(place.cell.text, Qt::ElideRight);
     if (Numbers::width(font, figure) > rect.width())
-        place.write(rect, font, ShapedText::fitting(font, figure, rect.width(), Qt::ElideRight));
+        Paint::draw(place.painter, rect, QFontMetricsF(font), side | Qt::AlignAbsolute | Qt::AlignVCenter,
+                    ShapedText::fitting(font, figure, rect.width(), Qt::ElideRight));
     else
         Numbers::draw(place.painter, rect, font, side | Qt::AlignAbsolute | Qt::AlignVCenter, figure);
 }
@@ -207,12 +208,14 @@ bool TableDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const 
     const auto& rows = static_cast<const RowsModelBase&>(*index.model());
     const RowsModelBase::ColumnFacts& facts = rows.column(index.column());
     QString tip = index.data(Qt::ToolTipRole).toString();
-    if (tip.isEmpty() && !facts.isNumeric) {
+    if (tip.isEmpty()) {
         const RowsModelBase::Cell cell = rows.cell(index.row(), index.column());
         const Letterings& all = letterings();
         qreal room = inner(view->visualRect(index), index.column() == firstColumn, index.column() == lastColumn,
                            option.direction)
                          .width();
+        if (facts.hasSuffix)
+            room -= all.suffix;
         if (facts.hasIcon)
             room -= Type::px(iconSize) + Type::px(gap);
         if (!cell.note.isEmpty())

@@ -84,7 +84,7 @@ void AppDelegate::saveWork() {
 }
 
 bool AppDelegate::mayCloseWindow() {
-    if (parts.hasTray())
+    if (parts.hasTray() || parts.isReopened)
         return true;
     KeyValueStore& kept = context.model.settings().defaults();
     if (!kept.boolean(keepRunningKey)) {

@@ -18,6 +18,7 @@ struct DelegateParts {
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<DesktopAppearance> appearance;
     std::function<bool()> hasTray; ///< whether the program can be reached without its window
+    bool isReopened = false; ///< whether the system itself brings a running program's window back: nobody is asked then
     std::function<void(std::function<void()>)> onMainThread;
     std::function<void()> quit; ///< ends the event loop
 };

@@ -27,7 +27,7 @@ public:
     /// Calls `launched` once the system has launched this program, with whether it did so as this item. To be called
     /// before the event loop runs, which may be what the system waits for. Here at once: an item that starts the
     /// program with "--login" needs to tell no more.
-    virtual void onLaunched(std::function<void(bool atLogin)> launched) { launched(false); }
+    virtual void onLaunched(const std::function<void(bool atLogin)>& launched) { launched(false); }
 };
 
 std::unique_ptr<LoginItem> nativeLoginItem();

@@ -62,6 +62,7 @@ void MainWindow::setSeen(bool isSeen) {
 }
 
 void MainWindow::focusSearch() {
+    wasSeen = true; // the focus is where it is wanted
     sidebar->focusSearch();
 }
 

@@ -49,7 +49,7 @@ public:
 
     /// The toolkit's event loop runs the application, which handles the opening event as one of its first and tells
     /// of the launch meanwhile.
-    void onLaunched(std::function<void(bool atLogin)> launched) override {
+    void onLaunched(const std::function<void(bool atLogin)>& launched) override {
         if (!NSApp) // drawn without the system's desktop, which then launches nothing
             return launched(false);
         forget();

@@ -85,6 +85,9 @@ TEST_F(TextLabelTest, DigitsAreAllAsWideAsEachOther) {
         QFont font = Type::font(TypeRole::statValue);
         if (*family)
             font.setFamily(QString::fromLatin1(family));
+        EXPECT_NEAR(Numbers::width(font, QStringLiteral("1h ")) + Numbers::width(font, QStringLiteral("2")),
+                    Numbers::width(font, QStringLiteral("1h 2")), 0.11)
+            << family;
         for (int digit = 0; digit < 10; ++digit)
             EXPECT_NEAR(Numbers::width(font, QStringLiteral("1.%1 GB").arg(digit)),
                         Numbers::width(font, QStringLiteral("1.8 GB")), 0.11)

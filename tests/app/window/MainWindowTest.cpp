@@ -42,6 +42,16 @@ QAction* item(MainWindow& window, const QString& menu, const QString& title) {
     return nullptr;
 }
 
+/// Counts how often a widget is asked to lay itself out.
+struct LayoutCount final : QObject {
+    explicit LayoutCount(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::LayoutRequest ? 1 : 0;
+        return false;
+    }
+    int count = 0;
+};
+
 PageSet pages(const ShownWindow& shown) {
     return shown.harness.model->demand().pages;
 }
@@ -176,6 +186,25 @@ TEST(MainWindow, scrollsAPageByKeysAndKeepsItsWidth) {
     EXPECT_GT(area->verticalScrollBar()->value(), 0);
     QTest::keyClick(page, Qt::Key_Home);
     EXPECT_EQ(area->verticalScrollBar()->value(), 0);
+}
+
+TEST(MainWindow, comesToRestAtEveryWidth) {
+    Type::setBase(20);
+    ShownWindow shown(developer);
+    for (const Page page : {Page::overview, Page::cpu}) {
+        shown.harness.model->select(page);
+        LayoutCount layouts(*shown.window->currentPage());
+        for (int width = 700; width < 1200; ++width) {
+            shown.window->resize(width, 620);
+            for (int round = 0; round < 10; ++round)
+                QCoreApplication::processEvents();
+            layouts.count = 0;
+            for (int round = 0; round < 3; ++round)
+                QCoreApplication::processEvents();
+            ASSERT_EQ(layouts.count, 0) << rawValue(page) << " at " << width;
+        }
+    }
+    Type::setBase(13);
 }
 
 TEST(MainWindow, putsTheControlsOfAHeaderBelowWhereTheLetteringIsLarge) {
