@@ -63,10 +63,13 @@ class AtExit {
 public:
     explicit AtExit(std::function<void()> work) {
         lastWork() = std::move(work);
-        static const bool isRegistered = std::atexit([] {
-                                             if (lastWork())
-                                                 lastWork()();
-                                         }) == 0;
+        static const bool isRegistered =
+            std::atexit([] {
+                if (!lastWork())
+                    return;
+                lastWork()();
+                std::_Exit(EXIT_FAILURE); // threads go on that use what would be destroyed now
+            }) == 0;
         static_cast<void>(isRegistered);
     }
     ~AtExit() { lastWork() = nullptr; }
@@ -112,7 +115,10 @@ int run(LaunchArguments arguments) {
             instance->onActivated([&](std::optional<Page> page) { delegate.applicationShouldHandleReopen(page); });
         delegate.applicationDidFinishLaunching(arguments);
     });
-    const AtExit atExit([&] { delegate.saveWork(); });
+    const AtExit atExit([&] {
+        delegate.saveWork();
+        replayHistory.reset();
+    });
     const int status = QApplication::exec();
     delegate.applicationWillTerminate();
     return status;

@@ -340,6 +340,10 @@ Subscription AppModel::observe(std::function<void(const ModelChanges&)> observer
     return self->changed.connect(observer);
 }
 
+void AppModel::dropObservers() {
+    self->changed.disconnect_all_slots();
+}
+
 void AppModel::apply(const SharedSnapshot& snapshot) {
     self->apply(snapshot);
 }

@@ -73,6 +73,8 @@ public:
     /// Called once after each step that changed something, with all that it changed. An observer may subscribe and
     /// unsubscribe others.
     Subscription observe(std::function<void(const ModelChanges&)> observer);
+    /// Nobody hears of changes any more: for the end of the program.
+    void dropObservers();
 
     /// Takes a snapshot in. The engine's consumer; public for who has snapshots without an engine.
     void apply(const SharedSnapshot& snapshot);

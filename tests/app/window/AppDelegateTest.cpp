@@ -66,6 +66,13 @@ protected:
     }
 
     AppModel& model() { return backend->model(); }
+    std::vector<StoredSession> storedSessions() {
+        std::optional<std::vector<StoredSession>> kept;
+        model().history().sessions([&kept, post = mainThread->poster()](std::vector<StoredSession> told) {
+            post([&kept, told = std::move(told)]() mutable { kept = std::move(told); });
+        });
+        return QTest::qWaitFor([&] { return kept.has_value(); }) ? *kept : std::vector<StoredSession>();
+    }
     bool isShown() { return delegate->windows().isWindowVisible(); }
 
     TemporaryFolder folder;
@@ -142,6 +149,20 @@ TEST_F(AppDelegateTest, KeepsTheWindowsSize) {
     close();
     launch({});
     EXPECT_TRUE(isShown());
+}
+
+TEST_F(AppDelegateTest, SavesItsWorkWithNobodyLooking) {
+    launch({"--page", "sessions"});
+    model().startSession("Work");
+    ASSERT_EQ(storedSessions().size(), 1U);
+    int heard = 0;
+    const Subscription hearing = model().observe([&](const ModelChanges&) { ++heard; });
+    delegate->saveWork(); // where the display has gone, nothing can be shown
+    EXPECT_EQ(heard, 0);
+    EXPECT_FALSE(model().state().session);
+    const auto kept = storedSessions();
+    ASSERT_EQ(kept.size(), 1U);
+    EXPECT_TRUE(kept.front().end);
 }
 
 TEST_F(AppDelegateTest, ReadsBesideAProgramThatKeepsTheHistory) {
