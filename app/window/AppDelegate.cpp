@@ -80,7 +80,7 @@ void AppDelegate::applicationWillTerminate() {
 
 void AppDelegate::saveWork() {
     context.model.dropObservers(); // there may be no display any more to show it on
-    context.model.stopSession(); // what was recorded so far is worth more than a row without an end
+    context.model.stopSession();   // what was recorded so far is worth more than a row without an end
     backend.finish(flushPatience);
 }
 
