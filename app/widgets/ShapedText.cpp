@@ -7,7 +7,6 @@
 #include <QTextLayout>
 
 #include <algorithm>
-#include <utility>
 
 namespace ostrivane {
 
@@ -66,10 +65,10 @@ ShapedText shape(const QFont& font, const QString& text) {
 
 ShapedText ShapedText::of(const QFont& font, const QString& text) {
     QHash<Key, ShapedText>& known = remembered();
-    Key key{font, text};
+    const Key key{font, text};
     if (const auto found = known.constFind(key); found != known.constEnd())
         return *found;
-    return *known.insert(std::move(key), shape(font, text));
+    return *known.insert(key, shape(font, text));
 }
 
 ShapedText ShapedText::fitting(const QFont& font, const QString& text, qreal room, Qt::TextElideMode mode) {
@@ -78,10 +77,10 @@ ShapedText ShapedText::fitting(const QFont& font, const QString& text, qreal roo
     if (ShapedText whole = of(font, text); whole.width <= room)
         return whole;
     QHash<Key, ShapedText>& known = remembered();
-    Key key{font, text, room, mode};
+    const Key key{font, text, room, mode};
     if (const auto found = known.constFind(key); found != known.constEnd())
         return *found;
-    return *known.insert(std::move(key), shape(font, QFontMetricsF(font).elidedText(text, mode, room)));
+    return *known.insert(key, shape(font, QFontMetricsF(font).elidedText(text, mode, room)));
 }
 
 void ShapedText::draw(QPainter& painter, QPointF start) const {
