@@ -151,6 +151,11 @@ QAccessibleInterface* speaking(const QString&, QObject* object) {
 
 } // namespace
 
+void nameForAccessibility(QWidget& widget, const QString& name) {
+    if (widget.accessibleName() != name)
+        widget.setAccessibleName(name);
+}
+
 void installAccessibility() {
     QAccessible::installFactory(speaking); // does nothing where it is installed
 }

@@ -4,6 +4,8 @@
 #include <QRect>
 #include <QString>
 
+class QWidget;
+
 namespace ostrivane {
 
 /// What a widget that paints itself tells assistive programs. Asked for only when one of them asks, so that figures
@@ -39,6 +41,9 @@ protected:
     AccessibleItems& operator=(const AccessibleItems&) = default;
     ~AccessibleItems() = default;
 };
+
+/// Gives a widget its name. A name that it has already is not announced again.
+void nameForAccessibility(QWidget& widget, const QString& name);
 
 /// Makes widgets that are an `AccessibleSentence` tell what they are. Once, ahead of the first window; again does
 /// nothing.

@@ -11,6 +11,7 @@
 
 #include <QHash>
 #include <QPainter>
+#include <QStringList>
 #include <QTextBoundaryFinder>
 
 #include <algorithm>
@@ -26,6 +27,10 @@ constexpr qsizetype mostKept = 4000; // pictures; some per application and size
 QHash<QString, QPixmap>& kept() {
     static QHash<QString, QPixmap> pictures;
     return pictures;
+}
+
+bool isProgram(std::string_view key) {
+    return key.starts_with(AppGrouper::executablePrefix);
 }
 
 QPixmap blank(int pixels, qreal deviceRatio) {
@@ -59,6 +64,17 @@ QString initialOf(const QString& name) {
     return {};
 }
 
+/// What decides how a picture looks, and so what it is kept under.
+QString placeOf(std::string_view key, std::string_view name, const std::optional<std::string>& bundlePath, int pixels,
+                qreal deviceRatio) {
+    QStringList parts{QString::number(pixels), QString::number(deviceRatio)};
+    if (isProgram(key))
+        parts << text(AppGrouper::executablePrefix);
+    else
+        parts << text(key) << text(name) << text(bundlePath.value_or(""));
+    return parts.join(QLatin1Char('\n'));
+}
+
 QPixmap tile(std::string_view key, const QString& name, int pixels, qreal deviceRatio) {
     QPixmap made = blank(pixels, deviceRatio);
     QPainter painter(&made);
@@ -88,12 +104,12 @@ QPixmap pixmap(std::string_view key, std::string_view name, const std::optional<
                qreal deviceRatio) {
     if (pixels <= 0)
         return {};
-    const QString place = QStringLiteral("%1 %2 ").arg(pixels).arg(deviceRatio) + text(key);
+    const QString place = placeOf(key, name, bundlePath, pixels, deviceRatio);
     if (const auto found = kept().constFind(place); found != kept().constEnd())
         return *found;
     if (kept().size() >= mostKept)
         kept().clear();
-    if (key.starts_with(AppGrouper::executablePrefix))
+    if (isProgram(key))
         return *kept().insert(place, gear(pixels, deviceRatio));
     if (bundlePath) {
         if (const QIcon icon = AppIconFinder::instance().icon(*bundlePath); !icon.isNull()) {

@@ -60,8 +60,7 @@ Bar::Bar(int pixels, QWidget* parent) : QWidget(parent), height(pixels) {
 }
 
 void Bar::set(std::vector<BarPart> shares, const QString& name) {
-    if (accessibleName() != name)
-        setAccessibleName(name);
+    nameForAccessibility(*this, name);
     if (shares == parts)
         return;
     parts = std::move(shares);

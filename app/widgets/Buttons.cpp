@@ -42,13 +42,6 @@ PushButton::PushButton(const QString& text, ButtonKind kind, QWidget* parent)
     Style::giveFocusRing(*this, 6);
 }
 
-void PushButton::setKind(ButtonKind kind) {
-    if (kind == meaning)
-        return;
-    meaning = kind;
-    update();
-}
-
 void PushButton::setSmall(bool isSmallNow) {
     if (isSmallNow == small)
         return;

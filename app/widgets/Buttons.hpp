@@ -20,10 +20,7 @@ class PushButton final : public QPushButton {
     Q_OBJECT
 public:
     explicit PushButton(const QString& text, ButtonKind kind = ButtonKind::plain, QWidget* parent = nullptr);
-    ButtonKind kind() const { return meaning; }
-    void setKind(ButtonKind kind);
     void setSmall(bool isSmall);
-    bool isSmall() const { return small; }
     /// One of the program's icons ahead of the text.
     /// @param tone  absent: of the text
     void setIconName(std::string_view name, std::optional<Tone> tone = std::nullopt);

@@ -151,6 +151,34 @@ void drawRun(QPainter& painter, const ChartSpace& space, std::span<const TimedVa
     drawStroke(painter, line, colour, look.width, look.isDashed);
 }
 
+void drawLines(QPainter& painter, const ChartSpace& space, std::vector<LineRuns> lines, bool areStacked) {
+    const double column = (space.until - space.since) / (space.plot.width() * painter.device()->devicePixelRatioF());
+    const auto thin = [&](std::vector<ChartShape::Run>& runs) {
+        for (auto& run : runs)
+            run = ChartShape::thinned(run, space.since, space.until, column);
+    };
+    const std::vector<ChartShape::Run>* below = nullptr;
+    for (LineRuns& line : lines) {
+        thin(line.runs);
+        thin(line.peaks);
+        for (const auto& run : line.peaks)
+            drawRun(painter, space, run, {.series = line.series, .width = 1, .opacity = 0.5});
+        RunLook look{.series = line.series, .isDashed = line.isDashed};
+        if (areStacked)
+            look.areaOpacity = partOpacity;
+        else if (!look.isDashed && space.lower <= 0) // an area starts at zero
+            look.areaOpacity = areaOpacity;
+        for (std::size_t at = 0; at < line.runs.size(); ++at) {
+            std::span<const TimedValue> floor;
+            if (areStacked && below && at < below->size())
+                floor = (*below)[at];
+            drawRun(painter, space, line.runs[at], look, floor);
+        }
+        if (!line.runs.empty())
+            below = &line.runs;
+    }
+}
+
 void drawThreshold(QPainter& painter, const ChartSpace& space, const ChartThreshold& threshold) {
     const StatusColours high = Theme::current().high;
     const qreal y = crisp(space.y(threshold.value));

@@ -9,6 +9,7 @@
 #include <QRectF>
 
 #include <span>
+#include <vector>
 
 class QPainter;
 
@@ -36,6 +37,14 @@ struct RunLook {
     qreal areaOpacity = 0; ///< 0: no area
 };
 
+/// A line in its pieces, with those of its peaks.
+struct LineRuns {
+    Series series = Series::s1;
+    bool isDashed = false; ///< dashed, and without an area
+    std::vector<ChartShape::Run> runs;
+    std::vector<ChartShape::Run> peaks{};
+};
+
 /// The drawing that all charts share.
 namespace ChartPaint {
 
@@ -58,6 +67,11 @@ void drawArea(QPainter& painter, const QPolygonF& outline, const QColor& colour)
 /// @param floor  what the area stands on: a line below, or else the value 0
 void drawRun(QPainter& painter, const ChartSpace& space, std::span<const TimedValue> run, const RunLook& look,
              std::span<const TimedValue> floor = {});
+
+/// The lines of a chart, with their areas where its scale begins at zero or below. Of many points in a column of pixels
+/// the least and the greatest are drawn.
+/// @param areStacked  each is a part that stands on the line ahead of it
+void drawLines(QPainter& painter, const ChartSpace& space, std::vector<LineRuns> lines, bool areStacked);
 
 void drawThreshold(QPainter& painter, const ChartSpace& space, const ChartThreshold& threshold);
 void drawBand(QPainter& painter, const ChartSpace& space, const ChartBand& band);

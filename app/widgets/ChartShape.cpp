@@ -97,6 +97,14 @@ const TimedValue* pointAt(std::span<const TimedValue> points, double time) {
     return found != points.end() && found->time <= time + same ? &*found : nullptr;
 }
 
+const HistoryPoint* pointAt(std::span<const HistoryPoint> points, double time) {
+    const auto after = std::ranges::upper_bound(points, time, {}, &HistoryPoint::time);
+    if (after == points.begin())
+        return nullptr;
+    const HistoryPoint& point = *std::prev(after);
+    return time < point.time + point.length ? &point : nullptr;
+}
+
 std::optional<double> nearest(std::span<const double> times, double time) {
     if (times.empty())
         return std::nullopt;

@@ -75,6 +75,9 @@ std::vector<double> timesWithin(double since, double until, std::vector<double> 
 /// The point at a time, give or take a millisecond; null without one.
 const TimedValue* pointAt(std::span<const TimedValue> points, double time);
 
+/// The point whose stretch holds a time, its end left out; null without one.
+const HistoryPoint* pointAt(std::span<const HistoryPoint> points, double time);
+
 /// Of times in order, the one nearest to `time`; absent without any.
 std::optional<double> nearest(std::span<const double> times, double time);
 

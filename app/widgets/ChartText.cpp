@@ -1,5 +1,8 @@
 #include "app/widgets/ChartText.hpp"
 
+#include "app/widgets/Strings.hpp"
+#include "core/model/Formatters.hpp"
+
 #include <QDateTime>
 #include <QLocale>
 #include <QStringList>
@@ -46,21 +49,30 @@ QString span(double seconds) {
     return told(seconds / 86400, QStringLiteral("day"));
 }
 
-QString sentence(const QString& name, const QString& span, std::span<const Told> lines) {
+QString sentence(const QString& name, const QString& span, std::span<const Told> lines,
+                 const std::optional<Figures>& sum) {
     QStringList parts;
-    for (const Told& line : lines) {
-        if (!line.figures || !line.text)
-            continue;
+    const auto tell = [&](const QString& line, const std::optional<Figures>& seen, const auto& words) {
+        if (!seen || !words)
+            return;
         // Texts are put in by joining: a name may hold what an argument mark looks like.
-        const QString part = QStringLiteral("now ") + line.text(line.figures->now) + QStringLiteral(", lowest ") +
-                             line.text(line.figures->lowest) + QStringLiteral(", highest ") +
-                             line.text(line.figures->highest);
-        parts << (line.name.isEmpty() ? part : line.name + QLatin1Char(' ') + part);
-    }
+        const QString part = QStringLiteral("now ") + words(seen->now) + QStringLiteral(", lowest ") +
+                             words(seen->lowest) + QStringLiteral(", highest ") + words(seen->highest);
+        parts << (line.isEmpty() ? part : line + QLatin1Char(' ') + part);
+    };
+    const bool areSeveral = lines.size() > 1;
+    if (areSeveral)
+        tell({}, sum, lines.back().text);
+    for (const Told& line : lines)
+        tell(areSeveral ? line.name : QString(), line.figures, line.text);
     if (parts.isEmpty())
         parts << QStringLiteral("no data");
     return name + QStringLiteral(", ") + span + QStringLiteral(": ") + parts.join(QStringLiteral("; ")) +
            QLatin1Char('.');
+}
+
+QString none() {
+    return text(Formatters::dash);
 }
 
 QString clockWithSeconds(double time) {

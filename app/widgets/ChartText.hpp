@@ -24,16 +24,18 @@ struct Figures {
 /// Of the points from `since` to `until`, both in their time. The last of them is the one that holds now.
 std::optional<Figures> figures(std::span<const TimedValue> points, double since, double until);
 
-/// A line of a chart, for its sentence; without a name where it is the only one.
+/// A line of a chart, for its sentence.
 struct Told {
     QString name;
     std::optional<Figures> figures;
     const std::function<QString(double)>& text;
 };
 
-/// "CPU, last 5 minutes: now 31%, lowest 12%, highest 58%." Lines with a name are called by it; without
+/// "CPU, last 5 minutes: now 31%, lowest 12%, highest 58%." Several lines are called by their names; without
 /// figures the sentence says that there are none.
-QString sentence(const QString& name, const QString& span, std::span<const Told> lines);
+/// @param sum  of several lines that lie on top of each other: told ahead of them
+QString sentence(const QString& name, const QString& span, std::span<const Told> lines,
+                 const std::optional<Figures>& sum = std::nullopt);
 
 /// "last 5 minutes", "last hour", "last 30 days".
 QString span(double seconds);
@@ -44,9 +46,7 @@ inline QString figure(const std::function<QString(double)>& text, double value) 
 }
 
 /// What stands for a value that there is none of.
-inline QString none() {
-    return QStringLiteral("—");
-}
+QString none();
 
 /// Local time of instants in seconds since 1970: "14:31:52", "14:31", "14 Nov", "14 Nov, 14:31".
 QString clockWithSeconds(double time);

@@ -3,6 +3,7 @@
 #include "app/widgets/Sparkline.hpp"
 #include "app/widgets/Type.hpp"
 
+#include <QEvent>
 #include <QFontMetrics>
 #include <QPaintEvent>
 #include <QPainter>
@@ -47,8 +48,11 @@ void CoreGrid::set(std::vector<CoreCell> given) {
             update(cellRect(index, high));
     }
     cells = std::move(given);
-    if (areSameCores)
-        return;
+    if (!areSameCores)
+        measure();
+}
+
+void CoreGrid::measure() {
     const QFontMetrics metrics(Type::font(TypeRole::caption));
     widestLabel = 0;
     for (const CoreCell& cell : cells)
@@ -112,6 +116,13 @@ QRect CoreGrid::cellRect(std::size_t index, int high) const {
 
 void CoreGrid::resizeEvent(QResizeEvent*) {
     updateGeometry(); // narrow cells are taller
+}
+
+void CoreGrid::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::ApplicationFontChange ||
+        event->type() == QEvent::StyleChange)
+        measure();
 }
 
 void CoreGrid::paintEvent(QPaintEvent* event) {

@@ -37,8 +37,10 @@ public:
 protected:
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
+    void measure();
     int cellWidth(int width) const;
     /// Whether names stand above the figures, since cells of a grid that wide have no room for both in a line.
     bool isTwoLined(int width) const;

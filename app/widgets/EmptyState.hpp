@@ -32,15 +32,4 @@ private:
     PushButton* action = nullptr;
 };
 
-/// A line that says why a figure is missing, with the sign for information.
-class InfoNote final : public QWidget {
-    Q_OBJECT
-public:
-    explicit InfoNote(QWidget* parent = nullptr);
-    void setText(const QString& text); ///< hidden when empty
-
-private:
-    TextLabel* label = nullptr;
-};
-
 } // namespace ostrivane

@@ -2,17 +2,17 @@
 
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/Paint.hpp"
-#include "app/widgets/Style.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QHelpEvent>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 #include <QPolygonF>
+#include <QStringList>
+#include <QStyle>
 #include <QToolTip>
 
 #include <algorithm>
+#include <utility>
 
 namespace ostrivane {
 
@@ -70,28 +70,28 @@ void drawChevron(QPainter& painter, const QRect& place, bool mirrored) {
 
 } // namespace
 
-EvidenceList::EvidenceList(const QString& name, QWidget* parent) : QWidget(parent) {
-    setAccessibleName(name);
+EvidenceList::EvidenceList(const QString& name, QWidget* parent) : RowList(name, parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
-    setMouseTracking(true);
+    setFocusPolicy(Qt::NoFocus); // until something leads somewhere
+    connect(this, &RowList::activated, this, [this](int row) {
+        const std::string id = shown[static_cast<std::size_t>(row)].id; // who hears it may set other rows
+        Q_EMIT activated(id);
+    });
 }
 
 void EvidenceList::set(std::vector<EvidenceRow> rows) {
     if (rows == shown)
         return;
-    const std::string kept = current < rowCount() ? shown[static_cast<std::size_t>(current)].id : std::string();
-    const int before = rowCount();
+    const int before = accessibleCurrentItem();
+    const std::string kept = before < 0 ? std::string() : shown[static_cast<std::size_t>(before)].id;
+    const bool isResized = rows.size() != shown.size();
     shown = std::move(rows);
-    const auto found = std::find_if(shown.begin(), shown.end(), [&](const EvidenceRow& row) { return row.id == kept; });
-    current = found != shown.end() ? static_cast<int>(found - shown.begin())
-                                   : std::clamp(current, 0, std::max(0, rowCount() - 1));
-    hovered = std::min(hovered, rowCount() - 1);
-    const bool leads =
-        std::any_of(shown.begin(), shown.end(), [](const EvidenceRow& row) { return row.leadsSomewhere; });
-    setFocusPolicy(leads ? Qt::StrongFocus : Qt::NoFocus);
-    if (rowCount() != before)
+    const auto found = std::ranges::find(shown, kept, &EvidenceRow::id);
+    rowsMoved(found != shown.end() ? static_cast<int>(found - shown.begin()) : accessibleCurrentItem());
+    hasChevrons = std::ranges::any_of(shown, &EvidenceRow::leadsSomewhere);
+    setFocusPolicy(hasChevrons ? Qt::StrongFocus : Qt::NoFocus);
+    if (isResized)
         updateGeometry();
-    update();
 }
 
 QSize EvidenceList::sizeHint() const {
@@ -102,134 +102,55 @@ QSize EvidenceList::minimumSizeHint() const {
     return {Type::px(160), rowCount() * Type::px(rowHeight)};
 }
 
-QRect EvidenceList::accessibleItemRect(int index) const {
-    return {0, index * Type::px(rowHeight), width(), Type::px(rowHeight)};
+QRect EvidenceList::rowRect(int row) const {
+    return {0, row * Type::px(rowHeight), width(), Type::px(rowHeight)};
 }
 
-QString EvidenceList::accessibleItemText(int index) const {
-    const EvidenceRow& row = shown[static_cast<std::size_t>(index)];
-    QStringList parts{row.title};
-    for (const QString& part : {row.evidence, row.time})
+QString EvidenceList::rowText(int row) const {
+    const EvidenceRow& finding = shown[static_cast<std::size_t>(row)];
+    QStringList parts{finding.title};
+    for (const QString& part : {finding.evidence, finding.time})
         if (!part.isEmpty())
             parts << part;
     return parts.join(u' ');
 }
 
-void EvidenceList::activateItem(int index) {
-    if (index >= 0 && index < rowCount() && shown[static_cast<std::size_t>(index)].leadsSomewhere)
-        Q_EMIT activated(index);
-}
-
-int EvidenceList::rowAt(const QPoint& point) const {
-    const int row = point.y() < 0 ? -1 : point.y() / Type::px(rowHeight);
-    return row < rowCount() ? row : -1;
-}
-
-void EvidenceList::moveTo(int row) {
-    const int bounded = std::clamp(row, 0, std::max(0, rowCount() - 1));
-    if (bounded == current)
-        return;
-    current = bounded;
-    update();
-    QAccessibleEvent event(this, QAccessible::Focus);
-    event.setChild(current);
-    QAccessible::updateAccessibility(&event);
-}
-
-void EvidenceList::paintEvent(QPaintEvent* event) {
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    const Theme& theme = Theme::current();
-    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+void EvidenceList::paintRow(QPainter& painter, const QRect&, int row) {
+    const EvidenceRow& finding = shown[static_cast<std::size_t>(row)];
+    const Places places = placesOf(finding, rowRect(row), hasChevrons);
     const auto visual = [&](const QRect& part) { return QStyle::visualRect(layoutDirection(), rect(), part); };
-    for (int index = 0; index < rowCount(); ++index) {
-        const QRect place = accessibleItemRect(index);
-        if (!event->rect().intersects(place))
-            continue;
-        const EvidenceRow& row = shown[static_cast<std::size_t>(index)];
-        painter.fillRect(QRect(0, place.top(), width(), 1), theme.separator);
-        if (index == hovered && row.leadsSomewhere)
-            painter.fillRect(place.adjusted(0, 1, 0, 0), theme.hover);
-        const Places places = placesOf(row, place, focusPolicy() != Qt::NoFocus);
-        const StatusColours colours = theme.colours(row.condition);
-        const QRect tile = visual(places.tile);
-        Paint::sheet(painter, tile, Type::px(6), colours.ground);
-        const int sign = Type::px(iconSize);
-        painter.drawPixmap(tile.topLeft() + QPoint((tile.width() - sign) / 2, (tile.height() - sign) / 2),
-                           Icons::pixmap(row.icon, sign, colours.text, devicePixelRatioF()));
-        painter.setPen(theme.text);
-        Paint::line(painter, visual(places.title), Type::font(TypeRole::tableStrong), row.title);
-        painter.setPen(theme.text2);
-        Paint::line(painter, visual(places.evidence), Type::font(TypeRole::tableHead), row.evidence);
-        painter.setPen(theme.text3);
-        Paint::line(painter, visual(places.time), Type::font(TypeRole::caption), row.time,
-                    Qt::AlignTrailing | Qt::AlignVCenter, Qt::ElideNone);
-        if (row.leadsSomewhere)
-            drawChevron(painter, visual(places.chevron), mirrored);
-        if (index == current && Style::showsFocus(*this))
-            Style::drawFocusRing(painter, QRectF(place).adjusted(3, 4, -3, -3), Type::px(4));
-    }
-}
-
-void EvidenceList::mouseMoveEvent(QMouseEvent* event) {
-    const int under = rowAt(event->position().toPoint());
-    if (under == hovered)
-        return;
-    hovered = under;
-    update();
-}
-
-void EvidenceList::mousePressEvent(QMouseEvent* event) {
-    pressed = event->button() == Qt::LeftButton ? rowAt(event->position().toPoint()) : -1;
-}
-
-void EvidenceList::mouseReleaseEvent(QMouseEvent* event) {
-    const int row = rowAt(event->position().toPoint());
-    if (event->button() != Qt::LeftButton || row < 0 || row != pressed)
-        return;
-    moveTo(row);
-    activateItem(row);
-}
-
-void EvidenceList::leaveEvent(QEvent* event) {
-    hovered = -1;
-    update();
-    QWidget::leaveEvent(event);
-}
-
-void EvidenceList::keyPressEvent(QKeyEvent* event) {
-    switch (event->key()) {
-    case Qt::Key_Up:
-        return moveTo(current - 1);
-    case Qt::Key_Down:
-        return moveTo(current + 1);
-    case Qt::Key_Home:
-        return moveTo(0);
-    case Qt::Key_End:
-        return moveTo(rowCount() - 1);
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Space:
-        return activateItem(current);
-    default:
-        QWidget::keyPressEvent(event);
-    }
+    const Theme& theme = Theme::current();
+    const StatusColours colours = theme.colours(finding.condition);
+    const QRect tile = visual(places.tile);
+    Paint::sheet(painter, tile, Type::px(6), colours.ground);
+    const int sign = Type::px(iconSize);
+    painter.drawPixmap(tile.topLeft() + QPoint((tile.width() - sign) / 2, (tile.height() - sign) / 2),
+                       Icons::pixmap(finding.icon, sign, colours.text, devicePixelRatioF()));
+    painter.setPen(theme.text);
+    Paint::line(painter, visual(places.title), Type::font(TypeRole::tableStrong), finding.title);
+    painter.setPen(theme.text2);
+    Paint::line(painter, visual(places.evidence), Type::font(TypeRole::tableHead), finding.evidence);
+    painter.setPen(theme.text3);
+    Paint::line(painter, visual(places.time), Type::font(TypeRole::caption), finding.time,
+                Qt::AlignTrailing | Qt::AlignVCenter, Qt::ElideNone);
+    if (finding.leadsSomewhere)
+        drawChevron(painter, visual(places.chevron), layoutDirection() == Qt::RightToLeft);
 }
 
 /// What is cut off is told whole.
 bool EvidenceList::event(QEvent* event) {
     if (event->type() != QEvent::ToolTip)
-        return QWidget::event(event);
+        return RowList::event(event);
     const auto* help = static_cast<QHelpEvent*>(event);
-    const int index = rowAt(help->pos());
-    if (index < 0)
-        return QWidget::event(event);
-    const EvidenceRow& row = shown[static_cast<std::size_t>(index)];
-    const int room = placesOf(row, accessibleItemRect(index), focusPolicy() != Qt::NoFocus).title.width();
-    if (Paint::textWidth(Type::font(TypeRole::tableStrong), row.title) <= room &&
-        Paint::textWidth(Type::font(TypeRole::tableHead), row.evidence) <= room)
-        return QWidget::event(event);
-    QToolTip::showText(help->globalPos(), Paint::toolTip(row.title + u'\n' + row.evidence), this);
+    const int row = rowAt(help->pos());
+    if (row < 0)
+        return RowList::event(event);
+    const EvidenceRow& finding = shown[static_cast<std::size_t>(row)];
+    const int room = placesOf(finding, rowRect(row), hasChevrons).title.width();
+    if (Paint::textWidth(Type::font(TypeRole::tableStrong), finding.title) <= room &&
+        Paint::textWidth(Type::font(TypeRole::tableHead), finding.evidence) <= room)
+        return RowList::event(event);
+    QToolTip::showText(help->globalPos(), Paint::toolTip(finding.title + u'\n' + finding.evidence), this);
     return true;
 }
 

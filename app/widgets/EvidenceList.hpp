@@ -1,10 +1,9 @@
 #pragma once
 
-#include "app/widgets/Accessibility.hpp"
+#include "app/widgets/RowList.hpp"
 #include "app/widgets/Theme.hpp"
 
 #include <QString>
-#include <QWidget>
 
 #include <string>
 #include <vector>
@@ -24,8 +23,8 @@ struct EvidenceRow {
     friend bool operator==(const EvidenceRow&, const EvidenceRow&) = default;
 };
 
-/// Findings one below the other, 47 high each, divided by lines. Up and Down move, Enter activates.
-class EvidenceList final : public QWidget, public AccessibleItems {
+/// Findings, 47 high each. The keyboard's place stays with its finding.
+class EvidenceList final : public RowList {
     Q_OBJECT
 public:
     explicit EvidenceList(const QString& name, QWidget* parent = nullptr);
@@ -34,35 +33,20 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-    QAccessible::Role accessibleRole() const override { return QAccessible::List; }
-    QAccessible::Role accessibleItemRole() const override { return QAccessible::ListItem; }
-    int accessibleItemCount() const override { return rowCount(); }
-    QString accessibleItemText(int index) const override;
-    QRect accessibleItemRect(int index) const override;
-    int accessibleCurrentItem() const override { return rowCount() > 0 ? current : -1; }
-    void activateItem(int index) override;
-
 Q_SIGNALS:
-    void activated(int row);
+    void activated(const std::string& id);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void mousePressEvent(QMouseEvent* event) override;
-    void mouseReleaseEvent(QMouseEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
+    int rowCount() const override { return static_cast<int>(shown.size()); }
+    QRect rowRect(int row) const override;
+    bool leads(int row) const override { return shown[static_cast<std::size_t>(row)].leadsSomewhere; }
+    void paintRow(QPainter& painter, const QRect& rect, int row) override;
+    QString rowText(int row) const override;
     bool event(QEvent* event) override;
 
 private:
-    int rowCount() const { return static_cast<int>(shown.size()); }
-    int rowAt(const QPoint& point) const;
-    void moveTo(int row);
-
     std::vector<EvidenceRow> shown;
-    int hovered = -1;
-    int pressed = -1;
-    int current = 0;
+    bool hasChevrons = false;
 };
 
 } // namespace ostrivane

@@ -54,11 +54,8 @@ QSize FilterField::sizeHint() const {
 void FilterField::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape || event->modifiers() != Qt::NoModifier)
         return QLineEdit::keyPressEvent(event);
-    if (text().isEmpty())
-        Q_EMIT escaped();
-    else
-        clear();
-    event->accept();
+    event->setAccepted(!text().isEmpty());
+    clear();
 }
 
 void FilterField::resizeEvent(QResizeEvent* event) {

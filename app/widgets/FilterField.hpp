@@ -6,7 +6,8 @@ namespace ostrivane {
 
 class IconButton;
 
-/// A field that narrows a list down, with the sign of a search and a button that clears it. Escape clears it too.
+/// A field that narrows a list down, with the sign of a search and a button that clears it. Escape clears it too;
+/// in an empty one it is left to the window.
 class FilterField final : public QLineEdit {
     Q_OBJECT
 public:
@@ -14,10 +15,6 @@ public:
     /// Stands at the right end while the field is empty: "Ctrl F".
     void setShortcutText(const QString& text);
     QSize sizeHint() const override;
-
-Q_SIGNALS:
-    /// Escape in an empty field.
-    void escaped();
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;

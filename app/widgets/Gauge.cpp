@@ -27,8 +27,7 @@ Gauge::Gauge(QWidget* parent) : QWidget(parent) {
 }
 
 void Gauge::set(double share, const QString& figure, const QString& below, Condition shown, const QString& name) {
-    if (accessibleName() != name)
-        setAccessibleName(name);
+    nameForAccessibility(*this, name);
     const double bounded = std::isfinite(share) ? std::clamp(share, 0.0, 1.0) : 0.0;
     if (bounded == fraction && figure == value && below == caption && shown == condition)
         return;

@@ -3,24 +3,14 @@
 #include "app/widgets/ChartText.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QPainter>
-
 #include <algorithm>
+#include <utility>
 
 namespace ostrivane {
 
 namespace {
 
 constexpr double day = 86400;
-
-/// The point whose stretch holds a time; null without one.
-const HistoryPoint* pointAt(const std::vector<HistoryPoint>& points, double time) {
-    const auto after = std::ranges::upper_bound(points, time, {}, &HistoryPoint::time);
-    if (after == points.begin())
-        return nullptr;
-    const HistoryPoint& point = *std::prev(after);
-    return time <= point.time + point.length ? &point : nullptr;
-}
 
 /// Means and peaks with their times, as one list.
 std::vector<TimedValue> figuresOf(const std::vector<HistoryPoint>& points, bool withPeaks) {
@@ -109,15 +99,15 @@ void HistoryChart::refresh() {
 }
 
 QString HistoryChart::summary() const {
-    std::vector<ChartText::Told> told;
-    const auto tell = [&](const QString& name, const std::vector<HistoryPoint>& points, const HistoryLine& line) {
-        told.push_back({name, ChartText::figures(figuresOf(points, false), since, until), line.text});
+    const auto meansOf = [&](const std::vector<HistoryPoint>& points) {
+        return ChartText::figures(figuresOf(points, false), since, until);
     };
-    if (isStacked && lines.size() > 1) // the sum first
-        tell({}, heights().back(), lines.back());
+    std::vector<ChartText::Told> told;
     for (const HistoryLine& line : lines)
-        tell(lines.size() > 1 ? line.name : QString(), line.points, line);
-    return ChartText::sentence(accessibleName(), ChartText::span(until - since), told);
+        told.push_back({line.name, meansOf(line.points), line.text});
+    const bool hasSum = isStacked && !lines.empty();
+    return ChartText::sentence(accessibleName(), ChartText::span(until - since), told,
+                               hasSum ? meansOf(heights().back()) : std::nullopt);
 }
 
 ChartGrid HistoryChart::makeGrid(GridDetail detail) const {
@@ -130,34 +120,16 @@ ChartGrid HistoryChart::makeGrid(GridDetail detail) const {
 }
 
 void HistoryChart::drawLines(QPainter& painter, const ChartSpace& space) const {
-    const double column = (space.until - space.since) / (space.plot.width() * painter.device()->devicePixelRatioF());
-    const auto thinned = [&](std::vector<ChartShape::Run> runs) {
-        for (auto& run : runs)
-            run = ChartShape::thinned(run, space.since, space.until, column);
-        return runs;
-    };
     for (const ChartBand& band : bands)
         ChartPaint::drawBand(painter, space, band);
     const auto shown = heights();
-    std::vector<ChartShape::Run> below;
+    std::vector<LineRuns> drawn;
     for (std::size_t index = 0; index < lines.size(); ++index) {
-        const auto runs = thinned(ChartShape::historyRuns(shown[index]));
-        RunLook look{.series = lines[index].series, .isDashed = lines[index].isDashed};
-        if (isStacked)
-            look.areaOpacity = ChartPaint::partOpacity;
-        else if (!look.isDashed && space.lower <= 0) // an area starts at zero
-            look.areaOpacity = ChartPaint::areaOpacity;
-        if (!isStacked) {
-            for (const auto& run : thinned(ChartShape::peakRuns(shown[index])))
-                ChartPaint::drawRun(painter, space, run, {.series = look.series, .width = 1, .opacity = 0.5});
-        }
-        for (std::size_t at = 0; at < runs.size(); ++at) {
-            const bool hasFloor = isStacked && at < below.size();
-            ChartPaint::drawRun(painter, space, runs[at], look, hasFloor ? below[at] : ChartShape::Run());
-        }
-        if (!runs.empty())
-            below = runs;
+        drawn.push_back({lines[index].series, lines[index].isDashed, ChartShape::historyRuns(shown[index])});
+        if (!isStacked)
+            drawn.back().peaks = ChartShape::peakRuns(shown[index]);
     }
+    ChartPaint::drawLines(painter, space, std::move(drawn), isStacked);
     if (threshold)
         ChartPaint::drawThreshold(painter, space, *threshold);
 }
@@ -178,8 +150,8 @@ ChartReading HistoryChart::reading(double time) const {
         .at = time, .time = isOneDay ? ChartText::clock(time) : ChartText::dayAndClock(time), .rows = {}};
     for (std::size_t index = 0; index < lines.size(); ++index) {
         const HistoryLine& line = lines[index];
-        const HistoryPoint* own = pointAt(line.points, time);
-        const HistoryPoint* height = pointAt(shown[index], time);
+        const HistoryPoint* own = ChartShape::pointAt(line.points, time);
+        const HistoryPoint* height = ChartShape::pointAt(shown[index], time);
         QString value = own ? ChartText::figure(line.text, own->value) : ChartText::none();
         if (own && own->peak && !isStacked)
             value += QStringLiteral(" (peak ") + ChartText::figure(line.text, *own->peak) + QLatin1Char(')');

@@ -1,6 +1,7 @@
+#include "app/widgets/KeyValueList.hpp"
+
 #include "app/widgets/Numbers.hpp"
 #include "app/widgets/Paint.hpp"
-#include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Type.hpp"
 
 #include <QHelpEvent>
@@ -26,10 +27,6 @@ int heightOf(const KeyValue& line) {
 
 int widthOf(const KeyValue& line) {
     return static_cast<int>(std::ceil(Numbers::width(Type::font(TypeRole::table), line.value)));
-}
-
-bool isAbsent(const QString& value) {
-    return value == QStringLiteral("—") || value == QStringLiteral("Unavailable");
 }
 
 } // namespace
@@ -107,7 +104,7 @@ void KeyValueList::paintEvent(QPaintEvent* event) {
         const auto visual = [&](const QRect& part) { return QStyle::visualRect(layoutDirection(), rect(), part); };
         painter.setPen(theme.text2);
         Paint::line(painter, visual(place.adjusted(0, 0, -room - Type::px(gap), 0)), font, line.key);
-        painter.setPen(theme.colour(isAbsent(line.value) && line.tone == Tone::text ? Tone::text2 : line.tone));
+        painter.setPen(theme.colour(Numbers::toneOf(line.value, line.tone)));
         const QRect trailing = visual(place.adjusted(width() - room, 0, 0, 0));
         if (widthOf(line) <= room)
             Numbers::draw(painter, trailing, font, Qt::AlignTrailing | Qt::AlignVCenter, line.value);

@@ -3,12 +3,16 @@
 #include "app/widgets/ChartText.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QPainter>
-
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace ostrivane {
+
+namespace {
+
+constexpr double shownSpan = 300; // seconds
+
+} // namespace
 
 LiveChart::LiveChart(const QString& name, QWidget* parent) : Chart(name, parent) {
     refresh();
@@ -30,11 +34,6 @@ void LiveChart::setThreshold(std::optional<ChartThreshold> given) {
     if (given == threshold)
         return;
     threshold = std::move(given);
-    refresh();
-}
-
-void LiveChart::setWindow(double seconds) {
-    span = seconds;
     refresh();
 }
 
@@ -61,54 +60,35 @@ std::vector<std::vector<TimedValue>> LiveChart::heights() const {
 void LiveChart::refresh() {
     double largest = threshold ? threshold->value : 0;
     for (const auto& points : heights()) {
-        if (const auto figures = ChartText::figures(points, now - span, now))
+        if (const auto figures = ChartText::figures(points, now - shownSpan, now))
             largest = std::max(largest, figures->highest);
     }
-    setView({.since = now - span, .until = now, .lower = lowerEnd(axis), .upper = scale.top(axis, largest, now)});
+    setView({.since = now - shownSpan, .until = now, .lower = lowerEnd(axis), .upper = scale.top(axis, largest, now)});
 }
 
 QString LiveChart::summary() const {
-    const auto shown = heights();
-    std::vector<ChartText::Told> told;
-    const auto tell = [&](const QString& name, const std::vector<TimedValue>& points, const ChartLine& line) {
-        told.push_back({name, ChartText::figures(points, now - span, now), line.text});
+    const auto figuresOf = [&](const std::vector<TimedValue>& points) {
+        return ChartText::figures(points, now - shownSpan, now);
     };
-    if (isStacked && lines.size() > 1) // the sum first
-        tell({}, shown.back(), lines.back());
+    std::vector<ChartText::Told> told;
     for (const ChartLine& line : lines)
-        tell(lines.size() > 1 ? line.name : QString(), line.points, line);
-    return ChartText::sentence(accessibleName(), ChartText::span(span), told);
+        told.push_back({line.name, figuresOf(line.points), line.text});
+    const bool hasSum = isStacked && !lines.empty();
+    return ChartText::sentence(accessibleName(), ChartText::span(shownSpan), told,
+                               hasSum ? figuresOf(heights().back()) : std::nullopt);
 }
 
 ChartGrid LiveChart::makeGrid(GridDetail detail) const {
     const int fitting = std::clamp(width() / std::max(1, Type::px(60)), 2, 7);
-    return {axisHeights(axis, view().upper, detail), spanTimes(span, {}, fitting)};
+    return {axisHeights(axis, view().upper, detail), spanTimes(shownSpan, {}, fitting)};
 }
 
 void LiveChart::drawLines(QPainter& painter, const ChartSpace& space) const {
-    const double column = (space.until - space.since) / (space.plot.width() * painter.device()->devicePixelRatioF());
-    const auto runsOf = [&](const std::vector<TimedValue>& points) {
-        auto runs = ChartShape::liveRuns(points);
-        for (auto& run : runs)
-            run = ChartShape::thinned(run, space.since, space.until, column);
-        return runs;
-    };
     const auto shown = heights();
-    std::vector<ChartShape::Run> below;
-    for (std::size_t index = 0; index < lines.size(); ++index) {
-        const auto runs = runsOf(shown[index]);
-        RunLook look{.series = lines[index].series, .isDashed = lines[index].isDashed};
-        if (isStacked)
-            look.areaOpacity = ChartPaint::partOpacity;
-        else if (!look.isDashed && space.lower <= 0) // an area starts at zero
-            look.areaOpacity = ChartPaint::areaOpacity;
-        for (std::size_t at = 0; at < runs.size(); ++at) {
-            const bool hasFloor = isStacked && at < below.size();
-            ChartPaint::drawRun(painter, space, runs[at], look, hasFloor ? below[at] : ChartShape::Run());
-        }
-        if (!runs.empty())
-            below = runs;
-    }
+    std::vector<LineRuns> drawn;
+    for (std::size_t index = 0; index < lines.size(); ++index)
+        drawn.push_back({lines[index].series, lines[index].isDashed, ChartShape::liveRuns(shown[index])});
+    ChartPaint::drawLines(painter, space, std::move(drawn), isStacked);
     if (threshold)
         ChartPaint::drawThreshold(painter, space, *threshold);
 }
@@ -119,7 +99,7 @@ std::vector<double> LiveChart::sampleTimes() const {
         for (const TimedValue& point : line.points)
             times.push_back(point.time);
     }
-    return ChartShape::timesWithin(now - span, now, std::move(times));
+    return ChartShape::timesWithin(now - shownSpan, now, std::move(times));
 }
 
 ChartReading LiveChart::reading(double time) const {

@@ -9,8 +9,9 @@
 
 namespace ostrivane {
 
-/// The last minutes of one or more figures, the newest at the right edge. Reads out under the pointer, and with Left,
-/// Right, Home and End when it has focus. Tells assistive programs its name and, when asked, a sentence of its figures.
+/// The last five minutes of one or more figures, the newest at the right edge. Reads out under the pointer, and with
+/// Left, Right, Home and End when it has focus. Tells assistive programs its name and, when asked, a sentence of its
+/// figures.
 class LiveChart final : public Chart {
 public:
     /// @param name  of the metric: "CPU"
@@ -20,8 +21,7 @@ public:
     /// Lines lie on top of each other, the first at the bottom, each as a filled part.
     void setStacked(bool stacked);
     void setThreshold(std::optional<ChartThreshold> threshold);
-    void setWindow(double seconds); ///< 300 at first
-    /// One line less tall than wide, without labels: for a small chart beside figures.
+    /// Without labels, and lower: for a small chart beside figures.
     void setCompact(bool compact);
     /// @param now  the time of the right edge
     void setLines(std::vector<ChartLine> lines, double now);
@@ -43,7 +43,6 @@ private:
     std::vector<ChartLine> lines;
     std::optional<ChartThreshold> threshold;
     double now = 0;
-    double span = 300; // seconds
     bool isStacked = false;
 };
 

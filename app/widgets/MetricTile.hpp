@@ -33,7 +33,7 @@ struct TileText {
     friend bool operator==(const TileText&, const TileText&) = default;
 };
 
-/// The scale of a tile's line.
+/// A line along the lower edge of a tile.
 struct TileLine {
     Series series = Series::s1;
     std::vector<TimedValue> points;

@@ -3,8 +3,6 @@
 #include "app/widgets/ChartText.hpp"
 #include "app/widgets/Type.hpp"
 
-#include <QPainter>
-
 #include <algorithm>
 #include <array>
 
@@ -68,15 +66,10 @@ ChartGrid MirrorChart::makeGrid(GridDetail detail) const {
 }
 
 void MirrorChart::drawLines(QPainter& painter, const ChartSpace& space) const {
-    const double column = (space.until - space.since) / (space.plot.width() * painter.device()->devicePixelRatioF());
-    const auto draw = [&](Series series, const std::vector<TimedValue>& points) {
-        for (const auto& run : ChartShape::liveRuns(points)) {
-            ChartPaint::drawRun(painter, space, ChartShape::thinned(run, space.since, space.until, column),
-                                {.series = series, .areaOpacity = ChartPaint::areaOpacity});
-        }
-    };
-    draw(up.series, up.points);
-    draw(down.series, turned(down.points));
+    ChartPaint::drawLines(painter, space,
+                          {{up.series, false, ChartShape::liveRuns(up.points)},
+                           {down.series, false, ChartShape::liveRuns(turned(down.points))}},
+                          false);
 }
 
 std::vector<double> MirrorChart::sampleTimes() const {

@@ -2,6 +2,9 @@
 
 #include "app/widgets/Paint.hpp"
 #include "app/widgets/ShapedText.hpp"
+#include "app/widgets/Strings.hpp"
+#include "app/widgets/Theme.hpp"
+#include "core/model/Formatters.hpp"
 
 #include <QFontMetricsF>
 #include <QHash>
@@ -87,6 +90,11 @@ qreal width(const QFont& font, const QString& text) {
 
 void draw(QPainter& painter, const QRectF& rect, const QFont& font, Qt::Alignment alignment, const QString& text) {
     Paint::draw(painter, rect, QFontMetricsF(font), alignment, shaped(font, text));
+}
+
+Tone toneOf(const QString& figure, Tone usual) {
+    const bool isAbsent = figure == text(Formatters::dash) || figure == text(Formatters::unavailable);
+    return isAbsent && usual == Tone::text ? Tone::text2 : usual;
 }
 
 } // namespace ostrivane::Numbers

@@ -23,7 +23,7 @@ int RowList::accessibleCurrentItem() const {
 }
 
 void RowList::activateItem(int index) {
-    if (index >= 0 && index < rowCount())
+    if (index >= 0 && index < rowCount() && leads(index))
         Q_EMIT activated(index);
 }
 
@@ -45,7 +45,19 @@ void RowList::setHovered(int row) {
     updateRow(hovered);
     hovered = row;
     updateRow(hovered);
-    setCursor(row >= 0 ? Qt::PointingHandCursor : Qt::ArrowCursor);
+    showCursor();
+}
+
+/// A hand over what leads somewhere.
+void RowList::showCursor() {
+    const bool isOverLead = hovered >= 0 && hovered < rowCount() && leads(hovered);
+    setCursor(isOverLead ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+void RowList::rowsMoved(int keyboardRow) {
+    current = std::max(keyboardRow, 0);
+    showCursor();
+    update();
 }
 
 void RowList::moveTo(int row) {
@@ -72,7 +84,7 @@ void RowList::paintEvent(QPaintEvent* event) {
             continue;
         painter.fillRect(rect.left(), rect.top(), rect.width(), 1, theme.separator);
         const QRect inside = rect.adjusted(0, 1, 0, 0);
-        if (row == hovered)
+        if (row == hovered && leads(row))
             painter.fillRect(inside, theme.hover);
         paintRow(painter, inside, row);
         if (showsFocus && row == accessibleCurrentItem())

@@ -9,8 +9,8 @@ class QPainter;
 
 namespace ostrivane {
 
-/// A few rows one below the other, painted, each of which leads somewhere: a click, Enter or Space activates one; Up,
-/// Down, Home and End move. What a row is, the kinds of it say.
+/// A few rows one below the other, painted, divided by lines. A click, Enter or Space activates a row that leads
+/// somewhere; Up, Down, Home and End move. What a row is, the kinds of it say.
 class RowList : public QWidget, public AccessibleItems {
     Q_OBJECT
 public:
@@ -33,12 +33,18 @@ Q_SIGNALS:
 protected:
     virtual int rowCount() const = 0;
     virtual QRect rowRect(int row) const = 0;
+    virtual bool leads(int /*row*/) const { return true; }
     /// @param rect  without the line above the row
     virtual void paintRow(QPainter& painter, const QRect& rect, int row) = 0;
     /// For assistive programs.
     virtual QString rowText(int row) const = 0;
     /// What stands beside the rows, such as heads of columns.
     virtual void paintRest(QPainter& /*painter*/) {}
+
+    /// -1 beside the rows.
+    int rowAt(const QPoint& point) const;
+    /// Rows are others now, or stand elsewhere; that of the keyboard at `keyboardRow`.
+    void rowsMoved(int keyboardRow);
 
     void paintEvent(QPaintEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
@@ -50,7 +56,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    int rowAt(const QPoint& point) const;
+    void showCursor();
     void updateRow(int row);
     void setHovered(int row);
     void moveTo(int row);

@@ -45,12 +45,6 @@ int naturalWidth(const Stat& stat) {
                     captionStart(stat) + Paint::textWidth(Type::font(TypeRole::tableHead), stat.caption));
 }
 
-/// The colour of a text that may stand for a figure there is none of.
-QColor inkOf(const QString& value, Tone tone) {
-    const bool isAbsent = value == QStringLiteral("—") || value == QStringLiteral("Unavailable");
-    return Theme::current().colour(isAbsent && tone == Tone::text ? Tone::text2 : tone);
-}
-
 } // namespace
 
 StatGrid::StatGrid(int columnCount, QWidget* parent) : QWidget(parent), columns(std::max(1, columnCount)) {
@@ -151,7 +145,7 @@ void StatGrid::paintEvent(QPaintEvent* event) {
         Paint::line(painter, QStyle::visualRect(layoutDirection(), above, above.adjusted(captionStart(stat), 0, 0, 0)),
                     Type::font(TypeRole::tableHead), stat.caption);
         const QRect below = place.adjusted(0, captionHeight, 0, 0);
-        painter.setPen(inkOf(stat.value, stat.tone));
+        painter.setPen(theme.colour(Numbers::toneOf(stat.value, stat.tone)));
         Numbers::draw(painter, below, Type::font(TypeRole::statValue), Qt::AlignLeading | Qt::AlignVCenter, stat.value);
         if (stat.remark.isEmpty())
             continue;

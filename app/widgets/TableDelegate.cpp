@@ -29,10 +29,15 @@ constexpr double barFigure = 62; ///< kept for the figure, so that bars stand be
 constexpr double fullHeat = 0.26;
 constexpr qreal goneIcon = 0.5;
 constexpr qsizetype mostLetters = 300; ///< that can be in view; the rest is not even measured
-constexpr std::size_t mostPainted = 2000;
+
+constexpr int columnBits = 16;
 
 std::uint64_t keyOf(int row, int column) {
-    return static_cast<std::uint64_t>(row) << 16 | static_cast<std::uint64_t>(column);
+    return static_cast<std::uint64_t>(row) << columnBits | static_cast<std::uint64_t>(column);
+}
+
+int rowOf(std::uint64_t key) {
+    return static_cast<int>(key >> columnBits);
 }
 
 /// On one line, and not longer than a line can be.
@@ -103,7 +108,11 @@ void TableDelegate::setEdges(int first, int last) {
 
 bool TableDelegate::isOutdated(const RowsModelBase& rows, int row, int column) const {
     const auto known = painted.find(keyOf(row, column));
-    return known != painted.end() && known->second != rows.cell(row, column);
+    return known == painted.end() || known->second != rows.cell(row, column);
+}
+
+void TableDelegate::forgetPaintedBeside(int first, int last) {
+    std::erase_if(painted, [&](const auto& cell) { return rowOf(cell.first) < first || rowOf(cell.first) > last; });
 }
 
 QSize TableDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
@@ -118,8 +127,6 @@ const TableDelegate::Letterings& TableDelegate::letterings() const {
 
 void TableDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const auto& rows = static_cast<const RowsModelBase&>(*index.model());
-    if (painted.size() > mostPainted)
-        painted.clear();
     RowsModelBase::Cell& cell = painted[keyOf(index.row(), index.column())];
     cell = rows.cell(index.row(), index.column());
     const Place place{*painter, option,       rows,        rows.column(index.column()),

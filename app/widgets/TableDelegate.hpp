@@ -24,10 +24,12 @@ public:
     void setHoveredRow(int row) { hovered = row; }
     int hoveredRow() const { return hovered; }
 
-    /// Whether a cell was painted, and now shows something else.
+    /// Whether a cell has to be painted: it shows something else by now, or it is not known to have been painted.
     bool isOutdated(const RowsModelBase& rows, int row, int column) const;
     /// Rows stand elsewhere: nothing that was painted is where it was.
     void forgetPainted() { painted.clear(); }
+    /// All but these rows are out of view, and are painted anew when they come into it.
+    void forgetPaintedBeside(int first, int last);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;

@@ -13,8 +13,10 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -136,6 +138,8 @@ void TableView::selectRow(int row) {
     if (row < 0)
         return clearSelection();
     setCurrentIndex(model()->index(row, std::max(0, parts->head->firstVisible())));
+    executeDelayedItemsLayout(); // the way to rows that have just come is known after it
+    scrollTo(currentIndex());
 }
 
 void TableView::setNarrowHides(std::vector<std::string> columnIDs) {
@@ -160,15 +164,23 @@ bool TableView::isOrderHeld() const {
 
 /// Paints anew what is in view and shows something else than before.
 void TableView::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight, const QList<int>&) {
-    if (!isVisible())
-        return;
-    const int first = std::max(rowAt(0), topLeft.row());
-    const int below = rowAt(viewport()->height() - 1);
-    const int last = below < 0 ? bottomRight.row() : std::min(below, bottomRight.row());
-    for (int row = first; row <= last; ++row)
+    const auto [firstInView, lastInView] = rowsInView();
+    const int last = std::min(lastInView, bottomRight.row());
+    for (int row = std::max(firstInView, topLeft.row()); row <= last; ++row)
         for (int column = topLeft.column(); column <= bottomRight.column(); ++column)
             if (!isColumnHidden(column) && parts->delegate->isOutdated(*rows(), row, column))
                 update(model()->index(row, column));
+}
+
+/// From the first to the last; what the page around hides does not count. The last is less than the first where there
+/// are none.
+std::pair<int, int> TableView::rowsInView() const {
+    const QRect seen = viewport()->visibleRegion().boundingRect();
+    const int first = seen.isEmpty() ? -1 : rowAt(seen.top());
+    if (first < 0)
+        return {0, -1};
+    const int last = rowAt(seen.bottom());
+    return {first, last < 0 ? rows()->rowCount() - 1 : last};
 }
 
 void TableView::rowsInserted(const QModelIndex& parent, int start, int end) {
@@ -229,6 +241,8 @@ void TableView::scrollContentsBy(int dx, int dy) {
 }
 
 void TableView::paintEvent(QPaintEvent* event) {
+    const auto [first, last] = rowsInView();
+    parts->delegate->forgetPaintedBeside(first, last);
     QTableView::paintEvent(event);
     if (!currentIndex().isValid() || !Style::showsFocus(*this))
         return;
@@ -238,9 +252,23 @@ void TableView::paintEvent(QPaintEvent* event) {
     Style::drawFocusRing(painter, ring.adjusted(3, 3, -3, -4), 4);
 }
 
+/// What opens below does not cover the current row.
 void TableView::resizeEvent(QResizeEvent* event) {
+    const int before = event->oldSize().height();
+    const int current = currentIndex().row();
+    const bool mayBeCovered = current >= 0 && event->size().height() < before &&
+                              rowViewportPosition(current) < before &&
+                              rowViewportPosition(current) + rowHeight(current) > 0;
     QTableView::resizeEvent(event);
     applyColumns();
+    if (mayBeCovered && QGuiApplication::mouseButtons() == Qt::NoButton) // under a pressed button nothing moves away
+        scrollTo(currentIndex());
+}
+
+void TableView::mouseReleaseEvent(QMouseEvent* event) {
+    QTableView::mouseReleaseEvent(event);
+    if (rowAt(event->position().toPoint().y()) == currentIndex().row())
+        scrollTo(currentIndex()); // what opened when it was pressed may cover it
 }
 
 void TableView::hideEvent(QHideEvent* event) {

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace ostrivane {
@@ -29,6 +30,7 @@ public:
     void setVisibleRows(int count);
     /// The row that is selected; -1 without.
     int selectedRow() const;
+    /// And brings it into view, where it stays as the table gets lower. -1: none.
     void selectRow(int row);
     /// Columns that drop out where the window is narrow, whatever the user chose.
     void setNarrowHides(std::vector<std::string> columnIDs);
@@ -54,6 +56,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -64,6 +67,7 @@ private:
     void applyColumns();
     void sectionDragged(int column, int before, int now);
     void showHeadMenu(QPoint global);
+    std::pair<int, int> rowsInView() const;
     void hover(int row);
     void updateRow(int row);
     void remember();

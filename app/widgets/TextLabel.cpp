@@ -69,15 +69,6 @@ void TextLabel::setTone(Tone tone) {
     update();
 }
 
-void TextLabel::setRole(TypeRole role) {
-    if (role == lettering)
-        return;
-    lettering = role;
-    updateGeometry();
-    updateToolTip();
-    update();
-}
-
 void TextLabel::setElideMode(Qt::TextElideMode mode) {
     if (mode == elide)
         return;

@@ -18,7 +18,6 @@ public:
     void setText(const QString& text);
     const QString& text() const { return shown; }
     void setTone(Tone tone);
-    void setRole(TypeRole role);
     void setElideMode(Qt::TextElideMode mode); ///< right at first; none: the label is never narrower than its text
     void setWraps(bool wraps);
     void setAlignment(Qt::Alignment alignment); ///< leading and centred vertically at first

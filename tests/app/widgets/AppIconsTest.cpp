@@ -33,9 +33,7 @@ private:
 
 TEST_F(AppIconsTest, ATileTellsApplicationsApart) {
     const QImage capital = picture("/a", "Firefox");
-    AppIcons::clear();
     EXPECT_EQ(picture("/a", "firefox"), capital) << "the initial is a capital";
-    AppIcons::clear();
     EXPECT_NE(picture("/a", "Slack"), capital);
     EXPECT_NE(picture("exe:node", "node"), picture("/node", "node")) << "a gear, and no letter";
     const QPixmap sharp = AppIcons::pixmap("/a", "A", {}, 16, 2);
@@ -69,10 +67,12 @@ TEST_F(AppIconsTest, TheIconOfAnEntryTakesThePlaceOfItsTile) {
     showActive(window, {50, 50});
     PaintCount paints(window);
     paints.take();
+    EXPECT_NE(picture(key, "Red").pixelColor(16, 2), QColor(Qt::red)) << "one that has ended: its entry is not known";
     const QImage tile = picture(key, "Red", key);
     EXPECT_NE(tile.pixelColor(16, 2), QColor(Qt::red)) << "nothing is waited for";
     EXPECT_TRUE(QTest::qWaitFor([&] { return picture(key, "Red", key).pixelColor(16, 2) == QColor(Qt::red); }));
     EXPECT_GE(paints.take(), 1) << "what is on screen is painted anew";
+    EXPECT_EQ(picture(key, "Red"), tile);
 }
 
 TEST_F(AppIconsTest, AnEntryThatCannotBeReadKeepsItsTile) {
@@ -80,13 +80,31 @@ TEST_F(AppIconsTest, AnEntryThatCannotBeReadKeepsItsTile) {
     const QString missing = folder.filePath(QStringLiteral("none.desktop"));
     const QString hollow = folder.filePath(QStringLiteral("hollow.desktop"));
     write(hollow, "[Desktop Entry]\nIcon=/nonexistent/icon.png\n");
-    for (const std::string& path :
-         {missing.toStdString(), hollow.toStdString(), folder.path().toStdString() + ".desktop"}) {
-        const QImage tile = picture("/same key", "Name", path);
-        QTest::qWait(120);
+    const QString icon = folder.filePath(QStringLiteral("icon.png"));
+    QImage red(64, 64, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    ASSERT_TRUE(red.save(icon));
+    const QString good = folder.filePath(QStringLiteral("good.desktop"));
+    write(good, "[Desktop Entry]\nIcon=" + icon.toUtf8() + "\n");
+
+    const QImage tile = picture("/same key", "Name");
+    const auto expectTiles = [&] {
+        for (const std::string& path :
+             {missing.toStdString(), hollow.toStdString(), folder.path().toStdString() + ".desktop"}) {
+            AppIcons::clear();
+            EXPECT_EQ(picture("/same key", "Name", path), tile) << path;
+        }
+    };
+    expectTiles(); // which asks for their icons
+    // Entries are read one after the other: once this one has its icon, those are answered.
+    constexpr int patience = 30'000;
+    const std::string key = good.toStdString();
+    const auto isGood = [&] {
         AppIcons::clear();
-        EXPECT_EQ(picture("/same key", "Name", path), tile);
-    }
+        return picture(key, "Good", key).pixelColor(16, 2) == QColor(Qt::red);
+    };
+    ASSERT_TRUE(QTest::qWaitFor(isGood, patience));
+    expectTiles();
 }
 
 } // namespace

@@ -87,6 +87,21 @@ TEST(ChartShapeTest, TheNearestSampleIsReadOut) {
     EXPECT_FALSE(stepped({}, 1, 1));
 }
 
+TEST(ChartShapeTest, AStretchHoldsItsTimesUpToItsEnd) {
+    const std::vector<HistoryPoint> points{{0, 60, 1}, {60, 60, 2}, {600, 60, 3}};
+    const auto valueAt = [&](double time) {
+        const HistoryPoint* point = pointAt(points, time);
+        return point ? std::optional(point->value) : std::nullopt;
+    };
+    EXPECT_EQ(valueAt(0), 1);
+    EXPECT_EQ(valueAt(59.9), 1);
+    EXPECT_EQ(valueAt(60), 2);
+    EXPECT_FALSE(valueAt(120)) << "there the gap begins";
+    EXPECT_EQ(valueAt(659), 3);
+    EXPECT_FALSE(valueAt(660));
+    EXPECT_FALSE(valueAt(-1));
+}
+
 TEST(ChartShapeTest, TheBoxStandsOnTheSideWithRoom) {
     const QRectF bounds(0, 0, 400, 200);
     const QSizeF size(120, 60);
@@ -100,12 +115,14 @@ TEST(ChartShapeTest, TheBoxStandsOnTheSideWithRoom) {
 TEST(ChartTextTest, SentencesTellNowLowestAndHighest) {
     const std::vector<TimedValue> points{{0, 99}, {10, 12}, {20, 58}, {30, 31}, {40, 77}};
     const auto seen = ChartText::figures(points, 5, 35);
-    const std::vector<ChartText::Told> one{{{}, seen, whole}};
+    const std::vector<ChartText::Told> one{{QStringLiteral("Busy"), seen, whole}};
     EXPECT_EQ(ChartText::sentence(QStringLiteral("CPU"), ChartText::span(300), one),
               QStringLiteral("CPU, last 5 minutes: now 31, lowest 12, highest 58."));
     const std::vector<ChartText::Told> two{{QStringLiteral("%1 in"), seen, whole}, {QStringLiteral("out"), {}, whole}};
     EXPECT_EQ(ChartText::sentence(QStringLiteral("N"), ChartText::span(86400), two),
               QStringLiteral("N, last 24 hours: %1 in now 31, lowest 12, highest 58."));
+    EXPECT_EQ(ChartText::sentence(QStringLiteral("N"), ChartText::span(60), two, ChartText::Figures{9, 8, 10}),
+              QStringLiteral("N, last minute: now 9, lowest 8, highest 10; %1 in now 31, lowest 12, highest 58."));
     EXPECT_EQ(ChartText::sentence(QStringLiteral("N"), ChartText::span(60), {}),
               QStringLiteral("N, last minute: no data."));
     EXPECT_FALSE(ChartText::figures(points, 100, 200));

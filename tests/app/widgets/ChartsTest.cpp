@@ -345,5 +345,19 @@ TEST(CoreGridTest, IsAsHighAsItsRows) {
     EXPECT_GT(grid.heightForWidth(grid.minimumSizeHint().width()), grid.heightForWidth(1200)) << "narrow cells";
 }
 
+TEST(CoreGridTest, MeasuresItsNamesAnewWhenTheLetteringChanges) {
+    const std::vector<CoreCell> cells(12, CoreCell{QStringLiteral("Efficiency 12"), QStringLiteral("5%")});
+    CoreGrid grid;
+    grid.set(cells);
+    Type::setBase(26);
+    CoreGrid fresh;
+    fresh.set(cells);
+    QEvent changed(QEvent::FontChange);
+    QApplication::sendEvent(&grid, &changed);
+    for (int width = 12 * Type::px(44); width < 12 * Type::px(160); width += Type::px(12))
+        EXPECT_EQ(grid.heightForWidth(width), fresh.heightForWidth(width)) << width;
+    Type::setBase(13);
+}
+
 } // namespace
 } // namespace ostrivane

@@ -10,7 +10,9 @@
 
 #include <QDoubleSpinBox>
 #include <QFocusFrame>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QSignalSpy>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -19,6 +21,8 @@
 
 #include <initializer_list>
 #include <limits>
+#include <string>
+#include <vector>
 
 namespace ostrivane {
 
@@ -71,18 +75,18 @@ TEST_F(ControlsTest, FindingsAreWalkedAndActivated) {
     QTest::keyClick(&list, Qt::Key_Down); // stays at the last
     QTest::keyClick(&list, Qt::Key_Return);
     ASSERT_EQ(activated.count(), 1);
-    EXPECT_EQ(activated[0][0].toInt(), 2);
+    EXPECT_EQ(activated[0][0].value<std::string>(), "c");
 
     std::vector<EvidenceRow> fewer = findings();
     fewer.erase(fewer.begin());
     list.set(fewer);
     QTest::keyClick(&list, Qt::Key_Return);
-    EXPECT_EQ(activated[1][0].toInt(), 1) << "the place stays with its finding";
+    EXPECT_EQ(activated[1][0].value<std::string>(), "c") << "the place stays with its finding";
 
     list.set(findings());
     const int row = list.sizeHint().height() / 3;
     QTest::mouseClick(&list, Qt::LeftButton, {}, QPoint(50, row / 2));
-    EXPECT_EQ(activated.back()[0].toInt(), 0);
+    EXPECT_EQ(activated.back()[0].value<std::string>(), "a");
     const qsizetype before = activated.count();
     QTest::mousePress(&list, Qt::LeftButton, {}, QPoint(50, row / 2));
     QTest::mouseRelease(&list, Qt::LeftButton, {}, QPoint(50, row * 5 / 2));
@@ -90,6 +94,26 @@ TEST_F(ControlsTest, FindingsAreWalkedAndActivated) {
     list.set({});
     QTest::keyClick(&list, Qt::Key_Return);
     EXPECT_EQ(activated.count(), before);
+    EXPECT_EQ(list.focusPolicy(), Qt::NoFocus) << "there is nothing to be reached";
+}
+
+TEST_F(ControlsTest, TheHandIsShownOverFindingsThatLeadSomewhere) {
+    EvidenceList list(QStringLiteral("Insights"));
+    list.set(findings());
+    showActive(list);
+    const auto pointAt = [&](int row) {
+        const QPointF at = list.accessibleItemRect(row).center();
+        QMouseEvent event(QEvent::MouseMove, at, list.mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&list, &event);
+        return list.cursor().shape();
+    };
+    EXPECT_EQ(pointAt(0), Qt::PointingHandCursor);
+    EXPECT_EQ(pointAt(1), Qt::ArrowCursor);
+    EXPECT_EQ(pointAt(2), Qt::PointingHandCursor);
+    std::vector<EvidenceRow> others = findings();
+    others[2].leadsSomewhere = false;
+    list.set(others);
+    EXPECT_EQ(list.cursor().shape(), Qt::ArrowCursor) << "the row below the pointer became another one";
 }
 
 TEST_F(ControlsTest, AStepperTellsOnlyWhatAPersonDid) {
@@ -145,16 +169,26 @@ TEST_F(ControlsTest, TheWheelOverAPageChangesNoSetting) {
     EXPECT_EQ(stepper->value(), 0);
 }
 
+/// Notes the keys that nothing inside wanted.
+class KeyTaker final : public QWidget {
+public:
+    std::vector<int> keys;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override { keys.push_back(event->key()); }
+};
+
 TEST_F(ControlsTest, EscapeClearsAFilterAndThenGoesOn) {
-    FilterField field(QStringLiteral("Filter"));
-    showActive(field);
-    QSignalSpy escaped(&field, &FilterField::escaped);
+    KeyTaker page;
+    FilterField field(QStringLiteral("Filter"), &page);
+    showActive(page, field.sizeHint());
+    field.setFocus();
     QTest::keyClicks(&field, QStringLiteral("node"));
     QTest::keyClick(&field, Qt::Key_Escape);
     EXPECT_EQ(field.text(), QString());
-    EXPECT_EQ(escaped.count(), 0);
+    EXPECT_TRUE(page.keys.empty());
     QTest::keyClick(&field, Qt::Key_Escape);
-    EXPECT_EQ(escaped.count(), 1);
+    EXPECT_EQ(page.keys, std::vector<int>{Qt::Key_Escape});
     QTest::keyClicks(&field, QStringLiteral("node"));
     auto* clear = field.findChild<IconButton*>();
     ASSERT_TRUE(clear->isVisible());

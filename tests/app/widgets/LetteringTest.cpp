@@ -7,7 +7,6 @@
 #include "app/widgets/MetricTile.hpp"
 #include "app/widgets/Paint.hpp"
 #include "app/widgets/SegmentedControl.hpp"
-#include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Stepper.hpp"
 #include "app/widgets/TextLabel.hpp"
 

@@ -5,9 +5,11 @@
 #include "app/widgets/Bar.hpp"
 #include "app/widgets/EvidenceList.hpp"
 #include "app/widgets/Gauge.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
 #include "app/widgets/MetricTile.hpp"
 #include "app/widgets/StatGrid.hpp"
+#include "app/widgets/Tag.hpp"
 #include "app/widgets/TextLabel.hpp"
 
 #include <gtest/gtest.h>

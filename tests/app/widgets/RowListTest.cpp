@@ -1,7 +1,10 @@
 #include "app/widgets/BulletList.hpp"
+#include "app/widgets/Numbers.hpp"
+#include "app/widgets/Paint.hpp"
 #include "app/widgets/RankList.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/TotalsList.hpp"
+#include "app/widgets/Type.hpp"
 
 #include <QApplication>
 #include <QEnterEvent>
@@ -9,6 +12,8 @@
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <cmath>
 
 namespace ostrivane {
 
@@ -79,10 +84,16 @@ TEST(TotalsList, leavesColumnsOutRatherThanCutFigures) {
     TotalsList list(QStringLiteral("Totals"),
                     {QStringLiteral("Today"), QStringLiteral("7 days"), QStringLiteral("30 days")});
     list.set(wideTotals());
-    for (const auto& [width, columns] : {std::pair{360, 3}, {240, 2}, {150, 1}, {40, 1}}) {
-        list.resize(width, 60);
-        EXPECT_EQ(list.visibleColumns(), columns) << width;
+    const QFont font = Type::font(TypeRole::table);
+    const TotalsRow row = wideTotals().front();
+    const int column = static_cast<int>(std::ceil(Numbers::width(font, row.figures[0]))) + Type::px(10); // and a gap
+    const int rest = Paint::textWidth(font, row.name) + 2 * Type::px(14);                                // at the sides
+    for (const int columns : {3, 2, 1}) {
+        list.resize(rest + columns * column, 60);
+        EXPECT_EQ(list.visibleColumns(), columns) << font.family().toStdString();
     }
+    list.resize(40, 60);
+    EXPECT_EQ(list.visibleColumns(), 1);
     EXPECT_EQ(list.accessibleItemText(0),
               QStringLiteral("Received, Today: 312.45 GB, 7 days: 312.45 GB, 30 days: 312.45 GB"));
 }

@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include <numeric>
+#include <utility>
 
 namespace ostrivane {
 namespace {
@@ -39,6 +40,21 @@ public:
         return false;
     }
     QRegion region;
+};
+
+/// How often a window was asked to be painted.
+class RequestCount final : public QObject {
+public:
+    explicit RequestCount(QWidget& window) { window.installEventFilter(this); }
+    /// Since the last call.
+    int taken() { return std::exchange(count, 0); }
+    bool eventFilter(QObject*, QEvent* event) override {
+        count += event->type() == QEvent::UpdateRequest ? 1 : 0;
+        return false;
+    }
+
+private:
+    int count = 0;
 };
 
 class TableViewTest : public ::testing::Test {
@@ -119,6 +135,31 @@ TEST_F(TableViewTest, SelectionAndScrollPositionOutliveATick) {
     EXPECT_EQ(moved.size(), 0) << "the same process is still the selected one";
 }
 
+TEST_F(TableViewTest, WhatIsSelectedIsInViewAndStaysThere) {
+    const auto isInView = [this] { return view->viewport()->rect().contains(view->visualRect(view->currentIndex())); };
+    std::vector<Entry> entries;
+    for (const double value : rising(100))
+        entries.push_back({static_cast<int>(value), value});
+    model->assign(std::move(entries), nullptr);
+    view->selectRow(99);
+    EXPECT_TRUE(isInView()) << "though the row has just come";
+    const auto resize = [this](int height) {
+        view->resize(600, height);
+        QApplication::processEvents();
+    };
+    resize(150);
+    EXPECT_TRUE(isInView());
+    resize(300);
+    EXPECT_TRUE(isInView());
+
+    view->verticalScrollBar()->setValue(0);
+    resize(150);
+    EXPECT_EQ(view->verticalScrollBar()->value(), 0) << "whoever scrolled away stays there";
+    view->selectRow(-1);
+    view->selectRow(99);
+    EXPECT_TRUE(isInView()) << "chosen again, it is looked for";
+}
+
 TEST_F(TableViewTest, ASelectionGoesWithItsRow) {
     assign(rising(5));
     view->selectRow(*model->indexOf(4));
@@ -176,6 +217,52 @@ TEST_F(TableViewTest, PaintsOnlyCellsThatShowSomethingElse) {
     assign(values);
     paint();
     EXPECT_TRUE(watch.region.isEmpty());
+}
+
+TEST_F(TableViewTest, FiguresGoOnChangingHoweverFarItWasScrolled) {
+    constexpr std::size_t count = 700;
+    std::vector<double> values = rising(count);
+    assign(values);
+    paint();
+    pointer(true); // every row keeps its place
+    PaintWatch watch(view->viewport());
+    QScrollBar* bar = view->verticalScrollBar();
+    for (int place = 0; place < bar->maximum(); place += 7 * view->rowHeight(0)) {
+        bar->setValue(place);
+        paint();
+        watch.region = {};
+        for (double& value : values)
+            value += 0.5;
+        assign(values);
+        paint();
+        const int last = view->rowAt(view->viewport()->height() - 1);
+        for (int row = view->rowAt(0); row <= last; ++row) {
+            const QRect cell = view->visualRect(model->index(row, 1)) & view->viewport()->rect();
+            ASSERT_TRUE(QRegion(cell).subtracted(watch.region).isEmpty()) << "row " << row << " at " << place;
+        }
+    }
+}
+
+TEST_F(TableViewTest, WhatThePageHidesCostsNoPainting) {
+    QWidget page;
+    page.resize(600, 200);
+    TableView* below = view.release();
+    below->setParent(&page);
+    below->move(0, 250);
+    below->show();
+    page.show();
+    for (int turn = 0; turn < 3; ++turn)
+        assign(rising(50));
+    RequestCount requests(page);
+    std::vector<double> values = rising(50);
+    values[48] = 48.5;
+    assign(values);
+    EXPECT_EQ(requests.taken(), 0);
+    below->move(0, 0);
+    QApplication::processEvents();
+    requests.taken();
+    assign(rising(50));
+    EXPECT_GT(requests.taken(), 0) << "now it is seen";
 }
 
 TEST_F(TableViewTest, HeadsSortByKeyboardInTheColumnsOwnOrderFirst) {
