@@ -3,6 +3,7 @@
 #include "app/pages/HistoryExporting.hpp"
 #include "app/pages/HistoryFeed.hpp"
 #include "app/pages/HistoryStrips.hpp"
+#include "app/pages/Links.hpp"
 #include "app/widgets/Banner.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
@@ -123,10 +124,8 @@ QWidget* HistoryPage::makeTable() {
     table->setNarrowHides({"written", "active"});
     table->setVisibleRows(fewestRows);
     connect(table, &TableView::rowActivated, this, [this](int row) {
-        if (const auto key = busiest->id(row)) {
-            model().selectApp(*key);
-            model().select(Page::applications);
-        }
+        if (const auto key = busiest->id(row))
+            openApp(model(), *key);
     });
     tableCard->body()->addWidget(tablePlace);
     return tableCard;
@@ -143,6 +142,8 @@ void HistoryPage::wake() {
 void HistoryPage::sleep() {
     feed->setAwake(false);
     pause.stop();
+    if (!momentApps) // what was not answered is asked anew
+        momentBucket.reset();
     strips->setMoment(std::nullopt);
 }
 
@@ -181,14 +182,6 @@ void HistoryPage::askAround() {
         knowsEarliest = true;
         showState();
     }));
-    history.openError(here<std::optional<std::string>>([this](std::optional<std::string> error) {
-        openError = std::move(error);
-        showState();
-    }));
-    history.problem(here<std::optional<std::string>>([this](std::optional<std::string> error) {
-        unkept = std::move(error);
-        showState();
-    }));
     askSessions();
 }
 
@@ -209,21 +202,18 @@ void HistoryPage::showBands() {
 
 void HistoryPage::showState() {
     setSubtitle(keptText(model().settings()->retentionDays, earliest, context.now()));
-    if (openError)
-        problem->set(Condition::high, QStringLiteral("The history cannot be opened."), text(*openError));
-    else if (unkept)
-        problem->set(Condition::high, QStringLiteral("The history is not being kept."), text(*unkept));
-    else
-        problem->set(Condition::high, {});
+    const auto& failure = feed->problem();
+    problem->set(Condition::high, failure ? QStringLiteral("The history cannot be read.") : QString(),
+                 failure ? text(*failure) : QString());
     if (!feed->isReady())
         return;
     const bool hasRows = !shownStrips.empty();
     const bool isEmpty = !hasRows && knowsEarliest && !earliest;
-    empty->setVisible(isEmpty && !openError);
+    empty->setVisible(isEmpty && !failure);
     content->setVisible(hasRows || (knowsEarliest && !isEmpty));
     strips->setVisible(hasRows);
     nothing->set(QStringLiteral("Nothing was recorded in the last %1.").arg(text(label(range()))));
-    nothing->setVisible(!hasRows);
+    nothing->setVisible(!hasRows && !failure);
 }
 
 void HistoryPage::showBusiest(std::vector<AppUsageSummary> found) {

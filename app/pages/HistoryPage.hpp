@@ -22,7 +22,6 @@ class HistoryFeed;
 class HistoryStrips;
 class SegmentedControl;
 class TableView;
-class TextLabel;
 struct ExportOutcome;
 
 /// The machine's past: its figures on one axis of time, what ran at any moment of it, and who used most.
@@ -72,8 +71,6 @@ private:
     std::vector<StoredSession> storedSessions;
     std::optional<Date> earliest;
     bool knowsEarliest = false;
-    std::optional<std::string> openError;
-    std::optional<std::string> unkept;
 
     QTimer pause;                             ///< the cursor stands still for a moment before anything is asked
     std::optional<std::int64_t> momentBucket; ///< that `momentApps` are of, or are asked for

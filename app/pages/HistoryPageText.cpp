@@ -2,6 +2,7 @@
 
 #include "app/model/DateWords.hpp"
 #include "app/widgets/AppIcons.hpp"
+#include "app/widgets/ChartShape.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/history/RowRate.hpp"
 #include "core/model/Formatters.hpp"
@@ -184,14 +185,6 @@ void addTemperature(std::vector<HistoryStrip>& strips, const std::vector<SystemR
     addStrip(strips, HistoryMetric::temperature, axis(ChartAxis::Kind::temperature, temperature), std::move(degrees));
 }
 
-const HistoryPoint* pointAt(const HistoryLine& line, double time) {
-    const auto after = std::ranges::upper_bound(line.points, time, {}, &HistoryPoint::time);
-    if (after == line.points.begin())
-        return nullptr;
-    const HistoryPoint& point = *std::prev(after);
-    return time < point.time + point.length ? &point : nullptr;
-}
-
 QString momentTitle(const SystemRow* row, double time, Date now) {
     constexpr std::int64_t minute = 60;
     if (row == nullptr)
@@ -282,7 +275,7 @@ MomentText presentMoment(const std::vector<HistoryStrip>& strips, const SystemRo
     }
     for (const HistoryStrip& strip : strips)
         for (const HistoryLine& line : strip.lines)
-            if (const HistoryPoint* point = pointAt(line, time))
+            if (const HistoryPoint* point = ChartShape::pointAt(line.points, time))
                 moment.figures.push_back({line.series, line.name, line.text(point->value)});
     if (apps && apps->empty())
         return moment;

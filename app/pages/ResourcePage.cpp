@@ -51,19 +51,12 @@ ResourcePage::ResourcePage(Page page, PageContext& given, QWidget* parent) : Pag
     cards->addWidget(problem);
     setBody(sheet, false);
 
-    connect(picker, &RangePicker::rangeChosen, this, [this] {
-        feed->setRange(picker->range());
-        askForProblem();
-    });
-    connect(feed, &HistoryFeed::changed, this, [this] {
-        if (isAwake())
-            refreshCharts();
-    });
+    connect(picker, &RangePicker::rangeChosen, this, [this] { feed->setRange(picker->range()); });
+    connect(feed, &HistoryFeed::changed, this, &ResourcePage::showPast);
 }
 
 void ResourcePage::wake() {
     feed->setAwake(true);
-    askForProblem();
 }
 
 void ResourcePage::sleep() {
@@ -111,16 +104,12 @@ void ResourcePage::draw(ResourceChart& chart, const std::vector<Line>& lines) co
     chart.showPast(std::move(drawn), *feed);
 }
 
-void ResourcePage::askForProblem() {
-    if (isLive()) {
-        problem->set(Condition::high, {});
-        return;
-    }
-    model().history().openError(here(std::function([this](std::optional<std::string> error) {
-        const bool tells = error && !isLive();
-        problem->set(Condition::high, tells ? QStringLiteral("The history can't be opened.") : QString(),
-                     tells ? text(*error) : QString());
-    })));
+void ResourcePage::showPast() {
+    const auto& failure = feed->problem();
+    problem->set(Condition::high, failure ? QStringLiteral("The history cannot be read.") : QString(),
+                 failure ? text(*failure) : QString());
+    if (isAwake())
+        refreshCharts();
 }
 
 } // namespace ostrivane

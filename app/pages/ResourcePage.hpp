@@ -55,7 +55,7 @@ protected:
     void draw(ResourceChart& chart, const std::vector<Line>& lines) const;
 
 private:
-    void askForProblem();
+    void showPast();
 
     RangePicker* picker = nullptr;
     HistoryFeed* feed = nullptr;

@@ -1,5 +1,6 @@
 #include "app/pages/SessionsPage.hpp"
 
+#include "app/pages/Links.hpp"
 #include "app/pages/SessionDetail.hpp"
 #include "app/widgets/Banner.hpp"
 #include "app/widgets/Buttons.hpp"
@@ -7,6 +8,7 @@
 #include "app/widgets/EmptyState.hpp"
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/MessageDialog.hpp"
+#include "app/widgets/Scrolling.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/TwoLineList.hpp"
@@ -127,29 +129,18 @@ QWidget* SessionsPage::makeContent(QWidget* parent) {
     listCard->body()->addWidget(list);
     row->addWidget(listCard);
 
-    scroll = new QScrollArea(content);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setAccessibleName(QStringLiteral("Chosen session"));
-    detail = new SessionDetail(
-        &model().settings().defaults(),
-        [this](const std::string& key) {
-            const ApplicationSnapshot* app = state().app(key);
-            return app ? app->bundlePath : std::nullopt;
-        },
-        scroll);
+    detail = new SessionDetail(&model().settings().defaults(), [this](const std::string& key) {
+        const ApplicationSnapshot* app = state().app(key);
+        return app ? app->bundlePath : std::nullopt;
+    });
     connect(detail, &SessionDetail::deleteWanted, this, [this] {
         if (chosen)
             askToDelete(*chosen);
     });
-    connect(detail, &SessionDetail::appActivated, this, [this](const std::string& key) {
-        model().selectApp(key);
-        model().select(Page::applications);
-    });
-    scroll->setWidget(detail);
-    scroll->viewport()->setAutoFillBackground(false);
-    detail->setAutoFillBackground(false);
+    connect(detail, &SessionDetail::appActivated, this, [this](const std::string& key) { openApp(model(), key); });
+    scroll = scrolling(detail, content);
+    scroll->setFocusPolicy(Qt::StrongFocus); // its keys scroll
+    scroll->setAccessibleName(QStringLiteral("Chosen session"));
     row->addWidget(scroll, 1);
     column->addLayout(row, 1);
     content->hide();
@@ -185,7 +176,7 @@ void SessionsPage::showRecording() {
     const auto& session = state().session;
     showControls(session.has_value());
     if (session) {
-        const RecordingText recording = presentRecording(session->summary(context.now()));
+        const RecordingText recording = presentRecording(session->figures(context.now()));
         recordingTitle->setText(recording.title);
         recordingFigures->setText(recording.figures);
     }
@@ -219,8 +210,8 @@ void SessionsPage::takeLast() {
 void SessionsPage::ask() {
     model().history().sessions(
         here<std::vector<StoredSession>>([this](std::vector<StoredSession> found) { take(std::move(found)); }));
-    model().history().openError(here<std::optional<std::string>>([this](const std::optional<std::string>& error) {
-        problem->set(Condition::high, error ? QStringLiteral("The history cannot be opened.") : QString(),
+    model().history().readProblem(here<std::optional<std::string>>([this](const std::optional<std::string>& error) {
+        problem->set(Condition::high, error ? QStringLiteral("The history cannot be read.") : QString(),
                      text(error.value_or("")));
     }));
 }
