@@ -213,11 +213,8 @@ UsageRow usageRow(const ProcessSnapshot& process, std::size_t source) {
     const std::string pid = std::to_string(process.pid);
     UsageRow row{.id = pid, .name = process.name, .idText = pid, .source = source};
     row.isRestricted = process.isRestricted;
-    // What a restricted process shows came from the sampler; without it there is nothing, and 0 would be a guess.
-    if (!process.isRestricted || process.memoryIsRSS) {
-        row.cpu = process.cpu;
-        row.memory = process.memory;
-    }
+    row.cpu = process.knownCPU();
+    row.memory = process.knownMemory();
     if (!process.isRestricted) {
         row.diskRead = process.diskReadRate;
         row.diskWrite = process.diskWriteRate;

@@ -6,6 +6,7 @@
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/MessageDialog.hpp"
+#include "app/widgets/Scrolling.hpp"
 #include "app/widgets/Strings.hpp"
 
 #include <QScrollArea>
@@ -21,7 +22,6 @@ AlertRulesCard::AlertRulesCard(PageContext& given, QWidget* parent) : QWidget(pa
     card->addControl(restore);
 
     auto* list = new QWidget;
-    list->setAutoFillBackground(false);
     auto* column = new QVBoxLayout(list);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -34,15 +34,7 @@ AlertRulesCard::AlertRulesCard(PageContext& given, QWidget* parent) : QWidget(pa
     }
     column->addStretch(1);
 
-    auto* scroll = new QScrollArea(card);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidget(list);
-    list->setAutoFillBackground(false);
-    scroll->viewport()->setAutoFillBackground(false);
-    card->body()->addWidget(scroll);
+    card->body()->addWidget(scrolling(list, card));
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->addWidget(card);

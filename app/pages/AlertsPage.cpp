@@ -3,6 +3,7 @@
 #include "app/pages/AlertLines.hpp"
 #include "app/pages/AlertRulesCard.hpp"
 #include "app/pages/AlertsView.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
@@ -170,8 +171,9 @@ void AlertsPage::open(const QModelIndex& index) {
         return;
     const AlertTarget where = target(*alert);
     if (where.appKey)
-        model().selectApp(where.appKey);
-    model().select(where.page);
+        openApp(model(), *where.appKey);
+    else
+        model().select(where.page);
 }
 
 void AlertsPage::showMenu(const QModelIndex& index, const QPoint& place) {

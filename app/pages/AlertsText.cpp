@@ -1,7 +1,7 @@
 #include "app/pages/AlertsText.hpp"
 
 #include "app/model/AlertList.hpp"
-#include "app/pages/DayText.hpp"
+#include "app/model/DateWords.hpp"
 #include "core/model/Calendar.hpp"
 
 #include <fmt/format.h>
@@ -76,13 +76,13 @@ std::vector<AlertLine> alertLines(const std::vector<Alert>& alerts, AlertFilter 
             start = Calendar::startOfDay(alert.date);
         const auto dayStart = static_cast<std::int64_t>(start.seconds);
         if (lines.empty() || lines.back().dayStart != dayStart)
-            lines.push_back({.id = std::nullopt, .dayStart = dayStart, .title = DayText::day(alert.date, now)});
+            lines.push_back({.id = std::nullopt, .dayStart = dayStart, .title = DateWords::nearDay(alert.date, now)});
         lines.push_back({.id = alert.id,
                          .dayStart = dayStart,
                          .severity = alert.severity,
                          .title = alert.title,
                          .body = alert.body,
-                         .time = DayText::timeOfDay(alert.date),
+                         .time = DateWords::clock(alert.date),
                          .notified = alert.notify});
     }
     return lines;

@@ -32,8 +32,9 @@ struct AlertLine {
 /// The alerts that pass, the newest first, below the days on which they fired.
 std::vector<AlertLine> alertLines(const std::vector<Alert>& alerts, AlertFilter filter, Date now);
 
-/// What an alert tells assistive programs, and what is copied of it: "Warning: … at 14:21".
+/// What an alert tells assistive programs: "Warning: … at 14:21".
 std::string spoken(const AlertLine& line);
+/// What is put on the clipboard of it: its title, and its text below.
 std::string copied(const Alert& alert);
 
 /// "2 warnings today".

@@ -2,9 +2,11 @@
 
 #include "app/model/AppModel.hpp"
 #include "app/pages/AppHistoryView.hpp"
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
+#include "app/widgets/Scrolling.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TableView.hpp"
 #include "app/widgets/TextLabel.hpp"
@@ -28,19 +30,6 @@ constexpr double padding = 16;
 constexpr double tableHeadHeight = 28;
 constexpr double denseRowHeight = 25;
 constexpr int fewestRows = 5;
-
-/// Scrolls upwards and downwards when what it holds does not fit, without a frame or a ground of its own.
-QScrollArea* scrolling(QWidget* content, QWidget* parent) {
-    auto* area = new QScrollArea(parent);
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidgetResizable(true);
-    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setFocusPolicy(Qt::NoFocus);
-    area->setWidget(content);
-    content->setAutoFillBackground(false);
-    area->viewport()->setAutoFillBackground(false);
-    return area;
-}
 
 } // namespace
 
@@ -179,7 +168,7 @@ void AppDetail::refresh() {
     head = appHead(state, head->key, head);
     icon->set(*head);
     name->setText(text(head->name));
-    reveal->setAccessibleName(QStringLiteral("Reveal %1").arg(name->text()));
+    nameForAccessibility(*reveal, QStringLiteral("Reveal %1").arg(name->text()));
     reveal->setVisible(context.reveal && head->revealPath);
     reveal->setEnabled(app != nullptr);
     const AppDetailText shown = presentAppDetail(state, app);

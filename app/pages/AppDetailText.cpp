@@ -16,12 +16,6 @@ namespace {
 
 using Column = TableColumn<const ProcessSnapshot*>;
 
-// What is shown of a restricted process came from a tool of the system, which tells resident sizes. Without it the
-// zeros of the record are no readings.
-bool isHidden(const ProcessSnapshot& process) {
-    return process.isRestricted && !process.memoryIsRSS;
-}
-
 std::vector<Stat> stats(QString cpu, QString memory, QString energy, QString threads) {
     return {{.caption = QStringLiteral("CPU"), .value = std::move(cpu)},
             {.caption = QStringLiteral("Memory"), .value = std::move(memory)},
@@ -106,13 +100,13 @@ std::vector<TableColumn<const ProcessSnapshot*>> appProcessColumns() {
                .text = [](const ProcessSnapshot* process) { return QString::number(process->pid); },
                .sortKey = [](const ProcessSnapshot* process) { return SortKey(static_cast<double>(process->pid)); }};
     Column cpu = figures(
-        "cpu", QStringLiteral("CPU"), 62,
-        [](const ProcessSnapshot& process) { return isHidden(process) ? std::nullopt : std::optional(process.cpu); },
+        "cpu", QStringLiteral("CPU"), 62, [](const ProcessSnapshot& process) { return process.knownCPU(); },
         [](double cores) { return Formatters::cpu(cores); });
     Column memory = figures(
         "memory", QStringLiteral("Memory"), 92,
         [](const ProcessSnapshot& process) {
-            return isHidden(process) ? std::nullopt : std::optional(static_cast<double>(process.memory));
+            const auto bytes = process.knownMemory();
+            return bytes ? std::optional(static_cast<double>(*bytes)) : std::nullopt;
         },
         [](double bytes) { return Formatters::bytes(bytes); });
     memory.toolTip = [](const ProcessSnapshot* process) {

@@ -2,10 +2,12 @@
 
 #include "app/pages/AppDetail.hpp"
 #include "app/pages/EmptyText.hpp"
+#include "app/pages/Links.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/EmptyState.hpp"
 #include "app/widgets/FilterField.hpp"
+#include "app/widgets/InfoNote.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TableView.hpp"
 #include "app/widgets/TextLabel.hpp"
@@ -13,6 +15,7 @@
 
 #include <QClipboard>
 #include <QComboBox>
+#include <QEvent>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -28,6 +31,40 @@ constexpr double detailWidth = 386;
 constexpr double filterWidth = 220;
 constexpr double narrowFilterWidth = 160;
 constexpr ApplicationSort firstSort = ApplicationSort::memory;
+
+/// Two rows of controls beside each other, or below where there is no room for that.
+class Toolbar final : public QWidget {
+public:
+    explicit Toolbar(QWidget* owner) : QWidget(owner), rows(new QBoxLayout(QBoxLayout::LeftToRight, this)) {
+        rows->setContentsMargins(0, 0, 0, 0);
+        rows->setSpacing(Type::px(12));
+        for (QHBoxLayout** row : {&first, &second}) {
+            *row = new QHBoxLayout;
+            (*row)->setSpacing(Type::px(12));
+        }
+        rows->addLayout(first);
+        rows->addLayout(second, 1);
+    }
+    QSize minimumSizeHint() const override {
+        return {std::max(first->minimumSize().width(), second->minimumSize().width()),
+                QWidget::minimumSizeHint().height()};
+    }
+
+    QHBoxLayout* first = nullptr;
+    QHBoxLayout* second = nullptr;
+
+protected:
+    bool event(QEvent* happened) override {
+        if (happened->type() == QEvent::Resize || happened->type() == QEvent::LayoutRequest) {
+            const int beside = first->minimumSize().width() + rows->spacing() + second->minimumSize().width();
+            rows->setDirection(beside > width() ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+        }
+        return QWidget::event(happened);
+    }
+
+private:
+    QBoxLayout* rows;
+};
 
 /// The place of a sort's column among all.
 int columnOf(ApplicationSort sort) {
@@ -49,7 +86,7 @@ ApplicationsPage::ApplicationsPage(PageContext& given, QWidget* parent) : PageVi
 }
 
 QWidget* ApplicationsPage::makeToolbar() {
-    auto* bar = new QWidget(this);
+    auto* bar = new Toolbar(this);
     filter = new FilterField(QStringLiteral("Filter"), bar);
     filter->setAccessibleName(QStringLiteral("Filter Applications"));
     auto* sortLabel = new TextLabel(TypeRole::secondary, Tone::text2, bar);
@@ -69,18 +106,16 @@ QWidget* ApplicationsPage::makeToolbar() {
     counts = new TextLabel(TypeRole::secondary, Tone::text2, bar);
     counts->setAlignment(Qt::AlignTrailing | Qt::AlignVCenter);
 
-    auto* row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(Type::px(12));
-    for (QWidget* part : {static_cast<QWidget*>(filter), static_cast<QWidget*>(sortLabel),
-                          static_cast<QWidget*>(sortMenu), static_cast<QWidget*>(system)})
-        row->addWidget(part);
-    row->addSpacing(-Type::px(4)); // nearer to its switch
-    row->addWidget(systemLabel);
-    row->addWidget(counts, 1);
+    bar->first->addWidget(filter);
+    bar->first->addWidget(sortLabel);
+    bar->first->addWidget(sortMenu);
+    bar->first->addStretch();
+    bar->second->addWidget(system);
+    bar->second->addSpacing(-Type::px(4)); // nearer to its switch
+    bar->second->addWidget(systemLabel);
+    bar->second->addWidget(counts, 1);
 
     connect(filter, &QLineEdit::textChanged, this, &ApplicationsPage::narrowDown);
-    connect(filter, &FilterField::escaped, this, [this] { closeDetail(); });
     connect(system, &QAbstractButton::toggled, this, &ApplicationsPage::narrowDown);
     connect(sortMenu, &QComboBox::activated, this, [this](int index) {
         sortBy(rawTexts(EnumTag<ApplicationSort>{}).at(static_cast<std::size_t>(index)).first);
@@ -133,10 +168,7 @@ QWidget* ApplicationsPage::makeBody() {
     detailLayout->addWidget(detail, 1);
     connect(backToList, &QAbstractButton::clicked, this, [this] { closeDetail(); });
     connect(detail, &AppDetail::closeWanted, this, [this] { closeDetail(); });
-    connect(detail, &AppDetail::processWanted, this, [this](std::int32_t pid) {
-        model().selectProcess(pid);
-        model().select(Page::processes);
-    });
+    connect(detail, &AppDetail::processWanted, this, [this](std::int32_t pid) { openProcess(model(), pid); });
 
     auto* row = new QHBoxLayout(body);
     row->setContentsMargins(0, 0, 0, 0);
@@ -282,10 +314,7 @@ void ApplicationsPage::showMenu(int row, const QPoint& place) {
     menu->setAttribute(Qt::WA_DeleteOnClose);
     menu->addAction(QStringLiteral("Show Details"), this, [this, key] { model().selectApp(key); });
     if (main)
-        menu->addAction(QStringLiteral("Show Processes"), this, [this, main] {
-            model().selectProcess(main);
-            model().select(Page::processes);
-        });
+        menu->addAction(QStringLiteral("Show Processes"), this, [this, main] { openProcess(model(), *main); });
     if (path && context.reveal)
         menu->addAction(QStringLiteral("Reveal"), this, [this, path] { context.reveal(*path); });
     menu->addAction(QStringLiteral("Copy Name"), this, [name] { QGuiApplication::clipboard()->setText(name); });

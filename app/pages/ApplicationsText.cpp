@@ -109,7 +109,7 @@ struct Hidden {
         if (!process.isRestricted)
             return;
         ++disk;
-        if (!process.memoryIsRSS) // else a tool of the system told them
+        if (!process.knownCPU())
             ++use;
     }
     HiddenFigures of(const ApplicationSnapshot& app) const {

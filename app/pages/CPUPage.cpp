@@ -2,14 +2,15 @@
 
 #include "app/pages/CPUText.hpp"
 #include "app/pages/EmptyText.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/ResourceChart.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/CoreGrid.hpp"
-#include "app/widgets/EmptyState.hpp"
+#include "app/widgets/InfoNote.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
 #include "app/widgets/SegmentedControl.hpp"
-#include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Type.hpp"
@@ -111,19 +112,11 @@ void CPUPage::addBusiest() {
     processes = ResourceTable<CPUProcessRow, std::int32_t>::make(
         "cpu.processes", QStringLiteral("Busiest processes"), cpuProcessColumns(), "cpu",
         [](const CPUProcessRow& row) { return row.process->pid; },
-        [this](std::int32_t pid) {
-            model().selectProcess(pid);
-            model().select(Page::processes);
-        },
-        model(), busiest);
+        [this](std::int32_t pid) { openProcess(model(), pid); }, model(), busiest);
     processes.view->setNarrowHides({"threads", "user"});
     applications = ResourceTable<CPUAppRow, std::string>::make(
         "cpu.applications", QStringLiteral("Busiest applications"), cpuAppColumns(), "cpu",
-        [](const CPUAppRow& row) { return row.app->key; },
-        [this](const std::string& key) {
-            model().selectApp(key);
-            model().select(Page::applications);
-        },
+        [](const CPUAppRow& row) { return row.app->key; }, [this](const std::string& key) { openApp(model(), key); },
         model(), busiest);
     applications.view->setNarrowHides({"threads"});
     busiest->body()->addWidget(processes.holder);

@@ -16,10 +16,6 @@ namespace ostrivane {
 namespace {
 
 /// Cores, absent where the system hides them: 0 would be a guess.
-std::optional<double> cores(const ProcessSnapshot& process) {
-    return process.isRestricted && !process.memoryIsRSS ? std::nullopt : std::optional(process.cpu);
-}
-
 std::optional<double> cores(const CPUAppRow& row) {
     return row.isHidden ? std::nullopt : std::optional(row.app->cpu);
 }
@@ -95,10 +91,10 @@ std::vector<TableColumn<CPUProcessRow>> cpuProcessColumns() {
              .isNumeric = true,
              .width = 80,
              .isHideable = false,
-             .text = [](const Row& row) { return coresText(cores(*row.process)); },
-             .sortKey = [](const Row& row) { return keyOf(cores(*row.process)); },
+             .text = [](const Row& row) { return coresText(row.process->knownCPU()); },
+             .sortKey = [](const Row& row) { return keyOf(row.process->knownCPU()); },
              .sortsDescendingFirst = true,
-             .heat = [](const Row& row) { return heatOf(cores(*row.process)); }},
+             .heat = [](const Row& row) { return heatOf(row.process->knownCPU()); }},
             {.id = "threads",
              .title = QStringLiteral("Threads"),
              .isNumeric = true,

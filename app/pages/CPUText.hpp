@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/widgets/CoreGrid.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
-#include "app/widgets/StatGrid.hpp"
 
 #include <QString>
 

@@ -1,6 +1,7 @@
 #include "app/pages/Findings.hpp"
 
 #include "app/model/AppModel.hpp"
+#include "app/pages/Links.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/judgement/HealthCategory.hpp"
 #include "core/model/Page.hpp"
@@ -53,9 +54,12 @@ void openInsight(AppModel& model, const std::string& id) {
     if (!found->destination && !found->appKey)
         return;
     // Settled ahead of the first step: the list may change while others hear of it.
-    const auto page = found->destination ? fromRawValue<Page>(*found->destination) : std::nullopt;
+    const auto named = found->destination ? fromRawValue<Page>(*found->destination) : std::nullopt;
+    const Page page = named.value_or(Page::applications);
+    if (found->appKey && page == Page::applications)
+        return openApp(model, *found->appKey);
     model.selectApp(found->appKey);
-    model.select(page.value_or(Page::applications));
+    model.select(page);
 }
 
 std::optional<Condition> worstCondition(const std::vector<HealthCategory>& health) {

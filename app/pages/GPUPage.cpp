@@ -1,13 +1,14 @@
 #include "app/pages/GPUPage.hpp"
 
 #include "app/pages/GPUText.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/ResourceChart.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/EmptyState.hpp"
 #include "app/widgets/Icons.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
-#include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Type.hpp"
@@ -110,11 +111,7 @@ void GPUPage::addApplications() {
     connect(all, &QAbstractButton::clicked, this, [this] { model().select(Page::applications); });
     applications = ResourceTable<GPUAppRow, std::string>::make(
         "gpu.applications", QStringLiteral("Applications using the GPU"), gpuAppColumns(), "gpu",
-        [](const GPUAppRow& row) { return row.app->key; },
-        [this](const std::string& key) {
-            model().selectApp(key);
-            model().select(Page::applications);
-        },
+        [](const GPUAppRow& row) { return row.app->key; }, [this](const std::string& key) { openApp(model(), key); },
         model(), card);
     noApplications = new EmptyState({}, card);
     noApplications->hide();

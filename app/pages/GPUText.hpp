@@ -1,7 +1,7 @@
 #pragma once
 
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
-#include "app/widgets/StatGrid.hpp"
 
 #include <QString>
 
@@ -11,7 +11,6 @@
 namespace ostrivane {
 
 struct AppState;
-struct ApplicationSnapshot;
 
 /// What the page of the graphics processor says. Before the first sample figures read "…".
 struct GPUText {

@@ -13,6 +13,7 @@
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Type.hpp"
+#include "core/judgement/AlertRuleChange.hpp"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -61,11 +62,7 @@ QWidget* HealthPage::makeInsights() {
     auto* card = new Card(QStringLiteral("Insights"), this);
     card->setNote(QStringLiteral("What stands out right now"));
     insights = new EvidenceList(QStringLiteral("Insights"), card);
-    connect(insights, &EvidenceList::activated, this, [this](int row) {
-        const auto& rows = insights->rows();
-        if (const auto index = static_cast<std::size_t>(row); index < rows.size())
-            openInsight(model(), rows[index].id);
-    });
+    connect(insights, &EvidenceList::activated, this, [this](const std::string& id) { openInsight(model(), id); });
     noInsights = new EmptyState({}, card);
     noInsights->set(QStringLiteral("Nothing stands out right now."));
     card->body()->addWidget(insights);
@@ -160,7 +157,7 @@ void HealthPage::showAlerts() {
     noAlerts->setVisible(recent.rows.empty());
     alerts->set(std::move(recent.rows));
     const AppSettings& settings = model().settings();
-    rules->setText(rulesText(settings->alertRules, settings->notificationsEnabled));
+    rules->setText(rulesText(effectiveRules(settings->alertRules), settings->notificationsEnabled));
 }
 
 } // namespace ostrivane

@@ -1,7 +1,7 @@
 #include "app/pages/HealthText.hpp"
 
 #include "app/model/AppState.hpp"
-#include "app/pages/DayText.hpp"
+#include "app/model/DateWords.hpp"
 #include "app/pages/Findings.hpp"
 #include "app/widgets/StatusGlyph.hpp"
 #include "app/widgets/Strings.hpp"
@@ -91,7 +91,7 @@ RecentAlerts presentRecentAlerts(const AppState& state, Date now) {
                                .condition = conditionOf(alert.severity),
                                .title = text(alert.title),
                                .evidence = text(alert.body),
-                               .time = text(DayText::timeOfDay(alert.date))});
+                               .time = text(DateWords::clock(alert.date))});
     }
     if (count > mostAlerts)
         recent.note = text(fmt::format("{} of {}", mostAlerts, count));

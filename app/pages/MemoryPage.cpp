@@ -1,14 +1,16 @@
 #include "app/pages/MemoryPage.hpp"
 
 #include "app/pages/EmptyText.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/MemoryText.hpp"
 #include "app/pages/ResourceChart.hpp"
 #include "app/widgets/Badge.hpp"
 #include "app/widgets/Bar.hpp"
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
-#include "app/widgets/EmptyState.hpp"
 #include "app/widgets/Gauge.hpp"
+#include "app/widgets/InfoNote.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
 #include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Strings.hpp"
@@ -120,11 +122,7 @@ void MemoryPage::addApplications() {
     connect(all, &QAbstractButton::clicked, this, [this] { model().select(Page::applications); });
     applications = ResourceTable<MemoryAppRow, std::string>::make(
         "memory.applications", QStringLiteral("Applications by memory"), memoryAppColumns(), "memory",
-        [](const MemoryAppRow& row) { return row.app->key; },
-        [this](const std::string& key) {
-            model().selectApp(key);
-            model().select(Page::applications);
-        },
+        [](const MemoryAppRow& row) { return row.app->key; }, [this](const std::string& key) { openApp(model(), key); },
         model(), applicationsCard);
     applicationsCard->body()->addWidget(applications.holder);
     body()->addWidget(applicationsCard);

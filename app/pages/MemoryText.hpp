@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/widgets/Bar.hpp"
+#include "app/widgets/KeyValueList.hpp"
 #include "app/widgets/Legend.hpp"
 #include "app/widgets/StatGrid.hpp"
 #include "app/widgets/Theme.hpp"
@@ -15,7 +16,6 @@
 namespace ostrivane {
 
 struct AppState;
-struct MemorySnapshot;
 struct PlatformWords;
 
 /// What the page of memory knows beside the state.

@@ -4,7 +4,7 @@
 #include "app/pages/SettingsControls.hpp"
 #include "app/pages/SettingsPageText.hpp"
 #include "app/widgets/Buttons.hpp"
-#include "app/widgets/EmptyState.hpp"
+#include "app/widgets/InfoNote.hpp"
 #include "app/widgets/Strings.hpp"
 
 namespace ostrivane {

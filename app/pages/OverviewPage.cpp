@@ -3,6 +3,7 @@
 #include "app/pages/Findings.hpp"
 #include "app/pages/Freshness.hpp"
 #include "app/pages/HealthRow.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/OverviewText.hpp"
 #include "app/widgets/Banner.hpp"
 #include "app/widgets/Buttons.hpp"
@@ -118,11 +119,7 @@ QWidget* OverviewPage::makeInsights() {
     auto* column = new QVBoxLayout(room);
     column->setContentsMargins(Type::px(cardSide), 0, Type::px(cardSide), 0);
     insights = new EvidenceList(QStringLiteral("Insights"), room);
-    connect(insights, &EvidenceList::activated, this, [this](int row) {
-        const auto& rows = insights->rows();
-        if (const auto index = static_cast<std::size_t>(row); index < rows.size())
-            openInsight(model(), rows[index].id);
-    });
+    connect(insights, &EvidenceList::activated, this, [this](const std::string& id) { openInsight(model(), id); });
     noInsights = new EmptyState({}, room);
     column->addWidget(insights, 0, Qt::AlignTop);
     column->addWidget(noInsights);
@@ -155,10 +152,8 @@ RankList* OverviewPage::makeRank(QVBoxLayout* column, const QString& title, Rank
     list->setEmptyText(measuring());
     connect(list, &RowList::activated, this, [this, list](int row) {
         const auto index = static_cast<std::size_t>(row);
-        if (index >= list->rows().size())
-            return;
-        model().selectApp(list->rows()[index].key);
-        model().select(Page::applications);
+        if (index < list->rows().size())
+            openApp(model(), list->rows()[index].key);
     });
     column->setSpacing(Type::px(4));
     column->addWidget(name);

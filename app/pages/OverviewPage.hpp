@@ -10,7 +10,6 @@ class QVBoxLayout;
 
 namespace ostrivane {
 
-class Card;
 class CardGrid;
 class EmptyState;
 class EvidenceList;

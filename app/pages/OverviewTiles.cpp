@@ -1,6 +1,7 @@
 #include "app/pages/OverviewTiles.hpp"
 
 #include "app/model/AppState.hpp"
+#include "app/model/ChosenTemperature.hpp"
 #include "app/pages/Figure.hpp"
 #include "app/widgets/Strings.hpp"
 #include "core/model/Formatters.hpp"
@@ -76,18 +77,6 @@ std::optional<OverviewTile> gpuTile(const AppState& state) {
     return tile;
 }
 
-std::optional<double> reading(const ThermalSnapshot& thermal, TemperatureSource source) {
-    switch (source) {
-    case TemperatureSource::cpu:
-        return thermal.cpuTemperature;
-    case TemperatureSource::gpu:
-        return thermal.gpuTemperature;
-    case TemperatureSource::hottest:
-        return thermal.hottest;
-    }
-    return std::nullopt;
-}
-
 /// "Fans 2310, 2486 rpm"; empty without fans.
 std::string fanSpeeds(const std::vector<FanReading>& fans) {
     std::string speeds;
@@ -102,7 +91,7 @@ std::optional<OverviewTile> temperatureTile(const AppState& state, TemperatureSo
         state.live[LiveKey::cpuTemp].empty() && state.live[LiveKey::gpuTemp].empty())
         return std::nullopt;
     OverviewTile tile{.text = {.caption = QStringLiteral("Temperature"),
-                               .value = text(Formatters::temperature(reading(thermal, source)))},
+                               .value = text(Formatters::temperature(chosenTemperature(thermal, source)))},
                       .top = temperatureScale};
     std::string hottest;
     if (source == TemperatureSource::hottest)
@@ -188,8 +177,7 @@ std::optional<OverviewTile> batteryTile(const AppState& state) {
 
 /// What the machine draws; where only applications tell of any, what they draw.
 std::optional<OverviewTile> powerTile(const AppState& state) {
-    const auto& fromBattery = state.snapshot->battery.systemPowerW;
-    const auto machine = fromBattery ? fromBattery : state.snapshot->thermal.systemPowerW;
+    const auto machine = state.snapshot->systemPowerW();
     const auto apps = state.snapshot->totalAppPower();
     const bool wasRead = !state.live[LiveKey::power].empty();
     if (!machine && !apps && !wasRead)

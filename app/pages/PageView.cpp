@@ -1,6 +1,7 @@
 #include "app/pages/PageView.hpp"
 
 #include "app/widgets/Buttons.hpp"
+#include "app/widgets/Scrolling.hpp"
 #include "app/widgets/StatusGlyph.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
@@ -175,14 +176,7 @@ void PageView::setBody(QWidget* body, bool fills) {
         holder->layout()->addWidget(body);
         return;
     }
-    scroll = new QScrollArea(holder);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidget(body);
-    body->setAutoFillBackground(false);
-    scroll->viewport()->setAutoFillBackground(false);
+    scroll = scrolling(body, holder);
     holder->layout()->addWidget(scroll);
     connect(scroll->verticalScrollBar(), &QScrollBar::valueChanged, header,
             [line = static_cast<Header*>(header)](int value) { line->setLine(value > 0); });

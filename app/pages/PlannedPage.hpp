@@ -4,8 +4,6 @@
 
 namespace ostrivane {
 
-class EmptyState;
-
 /// A page whose readings are not taken yet: says so, and what it will show.
 class PlannedPage final : public PageView {
 public:

@@ -1,7 +1,8 @@
 #include "app/pages/ProcessPanelView.hpp"
 
-#include "app/widgets/Badge.hpp"
+#include "app/widgets/Accessibility.hpp"
 #include "app/widgets/Buttons.hpp"
+#include "app/widgets/Tag.hpp"
 #include "app/widgets/TextLabel.hpp"
 #include "app/widgets/Theme.hpp"
 #include "app/widgets/Type.hpp"
@@ -75,7 +76,7 @@ void ProcessPanelView::set(const ProcessPanel& panel, bool revealable) {
     facts->setText(panel.facts);
     commandLine->setText(panel.commandLine);
     activity->setText(panel.activity);
-    reveal->setAccessibleName(QStringLiteral("Reveal %1").arg(panel.name));
+    nameForAccessibility(*reveal, QStringLiteral("Reveal %1").arg(panel.name));
     reveal->setVisible(revealable);
 }
 

@@ -33,6 +33,11 @@ double largest(double known, std::optional<double> value) {
     return value && std::isfinite(*value) ? std::max(known, *value) : known;
 }
 
+std::optional<double> bytes(const Row& row) {
+    const auto known = row.process->knownMemory();
+    return known ? std::optional(static_cast<double>(*known)) : std::nullopt;
+}
+
 std::string_view appName(const Row& row) {
     return row.app ? std::string_view(row.app->name) : PathText::lastComponent(row.process->appKey);
 }
@@ -42,19 +47,10 @@ std::string_view appName(const Row& row) {
 ProcessHeat ProcessHeat::of(const std::vector<ProcessRow>& rows) {
     ProcessHeat heat;
     for (const ProcessRow& row : rows) {
-        heat.cpu = largest(heat.cpu, knownCPU(*row.process));
-        heat.memory = largest(heat.memory, knownMemory(*row.process));
+        heat.cpu = largest(heat.cpu, row.process->knownCPU());
+        heat.memory = largest(heat.memory, bytes(row));
     }
     return heat;
-}
-
-std::optional<double> knownCPU(const ProcessSnapshot& process) {
-    return process.isRestricted && !process.memoryIsRSS ? std::nullopt : std::optional(process.cpu);
-}
-
-std::optional<double> knownMemory(const ProcessSnapshot& process) {
-    return process.isRestricted && !process.memoryIsRSS ? std::nullopt
-                                                        : std::optional(static_cast<double>(process.memory));
 }
 
 std::optional<std::uint32_t> ownUser(const SystemSnapshot& snapshot) {
@@ -113,26 +109,26 @@ std::vector<TableColumn<ProcessRow>> processColumns(const ProcessHeat& heat) {
          .width = 98,
          .text =
              [](const Row& row) {
-                 const auto cores = knownCPU(*row.process);
+                 const auto cores = row.process->knownCPU();
                  return text(cores ? Formatters::cpu(*cores) : std::string(Formatters::dash));
              },
-         .sortKey = [](const Row& row) { return keyOf(knownCPU(*row.process)); },
+         .sortKey = [](const Row& row) { return keyOf(row.process->knownCPU()); },
          .sortsDescendingFirst = true,
-         .heat = [&heat](const Row& row) { return share(knownCPU(*row.process), heat.cpu); },
-         .tone = [](const Row& row) { return toneOf(knownCPU(*row.process)); }},
+         .heat = [&heat](const Row& row) { return share(row.process->knownCPU(), heat.cpu); },
+         .tone = [](const Row& row) { return toneOf(row.process->knownCPU()); }},
         {.id = "memory",
          .title = QStringLiteral("Memory"),
          .isNumeric = true,
          .width = 128,
          .text =
              [](const Row& row) {
-                 const auto size = knownMemory(*row.process);
+                 const auto size = bytes(row);
                  return text(size ? Formatters::bytes(*size) : std::string(Formatters::dash));
              },
-         .sortKey = [](const Row& row) { return keyOf(knownMemory(*row.process)); },
+         .sortKey = [](const Row& row) { return keyOf(bytes(row)); },
          .sortsDescendingFirst = true,
-         .heat = [&heat](const Row& row) { return share(knownMemory(*row.process), heat.memory); },
-         .tone = [](const Row& row) { return toneOf(knownMemory(*row.process)); },
+         .heat = [&heat](const Row& row) { return share(bytes(row), heat.memory); },
+         .tone = [](const Row& row) { return toneOf(bytes(row)); },
          .suffix = [](const Row& row) { return row.process->memoryIsRSS ? QStringLiteral("*") : QString(); }},
         {.id = "user",
          .title = QStringLiteral("User"),

@@ -7,7 +7,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <string_view>
 #include <vector>
 
 namespace ostrivane {
@@ -29,11 +28,6 @@ struct ProcessHeat {
 
     static ProcessHeat of(const std::vector<ProcessRow>& rows);
 };
-
-/// Cores; absent where the system hides them.
-std::optional<double> knownCPU(const ProcessSnapshot& process);
-/// Bytes; absent where the system hides them.
-std::optional<double> knownMemory(const ProcessSnapshot& process);
 
 /// The user whose processes could be read in full; absent when no process tells.
 std::optional<std::uint32_t> ownUser(const SystemSnapshot& snapshot);

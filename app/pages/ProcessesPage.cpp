@@ -1,6 +1,7 @@
 #include "app/pages/ProcessesPage.hpp"
 
 #include "app/pages/EmptyText.hpp"
+#include "app/pages/Links.hpp"
 #include "app/pages/ProcessPanelView.hpp"
 #include "app/pages/ProcessesText.hpp"
 #include "app/widgets/Card.hpp"
@@ -19,8 +20,11 @@
 #include <QHBoxLayout>
 #include <QMenu>
 #include <QPainter>
+#include <QSignalBlocker>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+
+#include <utility>
 
 namespace ostrivane {
 
@@ -136,17 +140,6 @@ bool ProcessesPage::closeDetail() {
     return true;
 }
 
-void ProcessesPage::wake() {
-    // A page that leads here shows what it leads to, whatever was filtered when this one was left.
-    const ProcessSnapshot* process = selected();
-    if (process && model().selectedProcessPID() != leftWith && isFiltered())
-        clearFilter();
-}
-
-void ProcessesPage::sleep() {
-    leftWith = model().selectedProcessPID();
-}
-
 void ProcessesPage::narrowChanged() {
     table->setNarrow(isNarrow());
 }
@@ -195,9 +188,8 @@ void ProcessesPage::applyFilter() {
 }
 
 void ProcessesPage::clearFilter() {
-    const QSignalBlocker quiet(filter);
-    filter->clear();
     scope->setIndex(0);
+    filter->clear();
     applyFilter();
 }
 
@@ -206,9 +198,14 @@ const ProcessSnapshot* ProcessesPage::selected() const {
     return pid ? findProcess(*state().snapshot, *pid) : nullptr;
 }
 
-/// Makes the table's selection the model's.
+/// Makes the table's selection the model's. A process that has just been chosen elsewhere is shown, whatever is
+/// filtered; the latest snapshot need not have it yet.
 void ProcessesPage::showSelection() {
-    const auto& pid = model().selectedProcessPID();
+    const std::optional<std::int32_t> pid = model().selectedProcessPID();
+    const bool isNew = std::exchange(shownPID, pid) != pid;
+    if (isNew && pid && !rows->indexOf(*pid) && isFiltered())
+        clearFilter();
+    const QSignalBlocker quiet(table); // it follows
     table->selectRow(pid ? rows->indexOf(*pid).value_or(-1) : -1);
 }
 
@@ -233,7 +230,8 @@ void ProcessesPage::showPanel() {
 void ProcessesPage::rowSelected(int row) {
     if (const auto pid = rows->id(row))
         model().selectProcess(pid);
-    else if (!selected()) // it has ended, and its row is gone; one that is only filtered out stays selected
+    else if (model().selectedProcessPID() == shownPID && !selected())
+        // It has ended, and its row is gone; one that is only filtered out stays selected.
         model().selectProcess(std::nullopt);
 }
 
@@ -254,16 +252,9 @@ void ProcessesPage::showMenu(int row, QPoint global) {
     };
     const auto copy = [](const QString& copied) { return [copied] { QGuiApplication::clipboard()->setText(copied); }; };
     if (shown->app)
-        add(QStringLiteral("Show Application"), [this, key = process.appKey] {
-            model().selectApp(key);
-            model().select(Page::applications);
-        });
+        add(QStringLiteral("Show Application"), [this, key = process.appKey] { openApp(model(), key); });
     if (const ProcessSnapshot* parent = parentOf(*state().snapshot, process))
-        add(QStringLiteral("Show Parent"), [this, pid = parent->pid] {
-            if (!rows->indexOf(pid))
-                clearFilter();
-            model().selectProcess(pid);
-        });
+        add(QStringLiteral("Show Parent"), [this, pid = parent->pid] { model().selectProcess(pid); });
     if (context.reveal && process.path)
         add(QStringLiteral("Reveal"), [this, process] { reveal(process); });
     add(QStringLiteral("Copy PID"), copy(QString::number(process.pid)));

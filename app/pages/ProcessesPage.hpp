@@ -28,8 +28,6 @@ public:
 protected:
     QWidget* mainWidget() const override;
     void refresh(const ModelChanges& changes) override;
-    void wake() override;
-    void sleep() override;
     void narrowChanged() override;
 
 private:
@@ -60,7 +58,7 @@ private:
     TextLabel* note = nullptr;
     TextLabel* restricted = nullptr;
     std::optional<ProcessSnapshot> lastSelected; ///< as it was seen last
-    std::optional<std::int32_t> leftWith;        ///< selected when the page was left
+    std::optional<std::int32_t> shownPID;        ///< the model's selection, when it was shown last
 };
 
 } // namespace ostrivane

@@ -39,7 +39,7 @@ QString runningText(const SystemSnapshot& snapshot);
 /// What the asterisk means.
 QString processesNote();
 
-/// "214 owned by other users (limited metrics)", or that nobody asks for those; empty where all are measured.
+/// "214 owned by other users (limited metrics)"; empty where all are measured.
 QString restrictedText(const SystemSnapshot& snapshot);
 
 } // namespace ostrivane

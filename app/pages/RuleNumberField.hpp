@@ -7,7 +7,6 @@
 namespace ostrivane {
 
 class Stepper;
-class TextLabel;
 
 /// A number of a rule with its caption ahead and its unit behind.
 class RuleNumberField final : public QWidget {

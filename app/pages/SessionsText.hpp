@@ -53,7 +53,7 @@ SessionText presentSummary(const SessionSummary& summary, Date now);
 /// From what is kept of it; says so where that cannot be read.
 SessionText presentSession(const StoredSession& session, Date now);
 
-/// The row of the session that is being recorded: one without an end, and of its name and beginning.
+/// Whether a row is that of the session with this name and beginning.
 bool isOf(const StoredSession& session, const std::string& name, Date start);
 
 MessageText deleteQuestion(const QString& name);

@@ -8,7 +8,6 @@ class QVBoxLayout;
 namespace ostrivane {
 
 class Card;
-class InfoNote;
 class TextLabel;
 
 /// A line of settings: what it is, a remark below, and its control.

@@ -78,7 +78,8 @@ Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date
         showSelection();
     });
     connect(search, &QLineEdit::returnPressed, this, &Sidebar::chooseFirst);
-    for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}})
+    for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}}) {
+        view->installEventFilter(this);
         // Not the current row: a list that gets the focus makes its first row the current one.
         connect(view->selectionModel(), &QItemSelectionModel::selectionChanged, this,
                 [this, rows = rows](const QItemSelection& chosen) {
@@ -88,6 +89,7 @@ Sidebar::Sidebar(AppModel& shown, const PlatformWords& words, std::function<Date
                         page && *page != model.navigation().selectedPage())
                         Q_EMIT pageChosen(*page);
                 });
+    }
     refresh();
     showSelection();
 }
@@ -161,8 +163,14 @@ void Sidebar::chooseFirst() {
 }
 
 bool Sidebar::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == search && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent*>(event)->key() == Qt::Key_Down) {
+    if (event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (watched != search && (key == Qt::Key_Escape || key == Qt::Key_Slash)) { // the page's, and no letter of a title
+        event->ignore();
+        return true;
+    }
+    if (watched == search && key == Qt::Key_Down) {
         for (auto [view, rows] : {std::pair{list, pages}, std::pair{foot, footPages}})
             if (const auto first = rows->firstPage()) {
                 view->setFocus(Qt::TabFocusReason);

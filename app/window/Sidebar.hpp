@@ -16,7 +16,6 @@ class FilterField;
 class SidebarModel;
 class TextLabel;
 enum class Page;
-struct ModelChanges;
 struct PlatformWords;
 
 /// All pages by section, each with what it has to say right now, and a field that narrows them down by title.

@@ -43,6 +43,11 @@ struct ProcessSnapshot {
     /// Seconds from its start to `now`; absent without a start time.
     std::optional<double> uptime(Date now) const;
 
+    /// `cpu` and `memory`; absent where they are no readings. What a restricted process shows came from a tool of the
+    /// system, which tells resident sizes: without these its zeros are guesses.
+    std::optional<double> knownCPU() const;
+    std::optional<std::uint64_t> knownMemory() const;
+
     friend bool operator==(const ProcessSnapshot&, const ProcessSnapshot&) = default;
 };
 BOOST_DESCRIBE_STRUCT(ProcessSnapshot, (),

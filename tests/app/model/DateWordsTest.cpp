@@ -22,8 +22,18 @@ TEST(DateWordsTest, namesDaysAsAPersonDoes) {
     EXPECT_EQ(DateWords::day(ago(360 * 24), now), "30 October 2025");
     EXPECT_EQ(DateWords::span(ago(3), ago(1), now), "Today, 20:00 to 22:00");
     EXPECT_EQ(DateWords::span(ago(30), ago(1), now), "Yesterday, 18:00 to Today, 22:00");
-    EXPECT_EQ(DateWords::clock(Date{std::numeric_limits<double>::quiet_NaN()}), "—");
-    EXPECT_EQ(DateWords::day(Date{1e300}, now), "—");
+    const Date after = now + 2 * 3600; // in the first hours of the next day
+    EXPECT_EQ(DateWords::nearDay(ago(23.9), after), "Yesterday") << "that long day from its first minutes on";
+    EXPECT_EQ(DateWords::nearDay(ago(24.1), after), "24 October");
+}
+
+TEST(DateWordsTest, hasADashForWhatNoCalendarReaches) {
+    const Date now{1792965600};
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    for (const double odd : {infinity, -infinity, std::numeric_limits<double>::quiet_NaN(), 1e300}) {
+        EXPECT_EQ(DateWords::clock(Date{odd}), "—");
+        EXPECT_EQ(DateWords::nearDay(Date{odd}, now), "—");
+    }
 }
 
 } // namespace

@@ -115,12 +115,30 @@ TEST_F(AlertsPageTest, writesEveryChangeOfARule) {
     EXPECT_EQ(rule(AlertKind::sustainedCPU), (AlertRule{AlertKind::sustainedCPU, false, 81, 540, 3660, false}));
     for (std::size_t index = 1; index < alertKindCount; ++index)
         EXPECT_EQ(chosen().alertRules[index], AlertRule::defaults[index]);
-    EXPECT_FALSE(harness.model->alertEngine().pressureElevatedSince());
 
     answerDialog("Restore");
     button(*page, "Restore Defaults…")->click();
     EXPECT_EQ(chosen().alertRules, Preferences().alertRules);
     EXPECT_TRUE(button(*page, "Sustained high CPU")->isChecked());
+}
+
+TEST_F(AlertsPageTest, whatIsChosenCountsFromTheNextSnapshotOn) {
+    fill(0);
+    const auto runOutOfMemory = [&] {
+        SystemSnapshot snapshot = SystemSnapshot::empty(harness.now + 5);
+        snapshot.interval = 5;
+        snapshot.memory.total = 16'000'000'000;
+        snapshot.applications = {{.key = "exe:hungry", .name = "hungry", .pids = {1}, .memory = 8'000'000'000}};
+        harness.take(std::make_shared<SystemSnapshot>(std::move(snapshot)));
+    };
+    button(*page, "Excessive memory")->click();
+    runOutOfMemory();
+    EXPECT_TRUE(harness.state().alerts.empty());
+    answerDialog("Restore");
+    button(*page, "Restore Defaults…")->click();
+    runOutOfMemory();
+    ASSERT_EQ(harness.state().alerts.size(), 1U);
+    EXPECT_EQ(harness.state().alerts.front().kind, AlertKind::excessiveMemory);
 }
 
 TEST_F(AlertsPageTest, cannotMakeARuleThatNeverFires) {

@@ -1,13 +1,8 @@
 #include "app/pages/AlertsText.hpp"
 
-#include "app/pages/DayText.hpp"
-#include "core/model/Calendar.hpp"
 #include "tests/TimeZone.hpp"
 
 #include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
 
 namespace ostrivane {
 namespace {
@@ -24,30 +19,6 @@ Alert alert(double seconds, AlertSeverity severity = AlertSeverity::warning, std
     made.body = "212% on average for 10 min.";
     made.subject = "exe:node";
     return made;
-}
-
-TEST(DayText, namesDaysByTheClockOfThePerson) {
-    const TimeZone zone("America/New_York");
-    const Date now{newYork + 10 * hour};
-    EXPECT_EQ(DayText::day(Date{newYork}, now), "Today");
-    EXPECT_EQ(DayText::day(Date{newYork - 1}, now), "Yesterday");
-    EXPECT_EQ(DayText::day(Date{newYork - 25 * hour}, now), "7 November");
-    EXPECT_EQ(DayText::day(Date{newYork + 24 * hour}, now), "10 November");
-    EXPECT_EQ(DayText::day(Date{newYork - 365 * 24 * hour}, now), "9 November 2024");
-    EXPECT_EQ(DayText::timeOfDay(Date{newYork + 9 * hour + 59}), "09:00");
-    EXPECT_EQ(DayText::timeOfDay(Date{newYork - 1}), "23:59");
-    for (const double odd : {std::numeric_limits<double>::infinity(), std::nan(""), 1e300}) {
-        EXPECT_EQ(DayText::day(Date{odd}, now), "—");
-        EXPECT_EQ(DayText::timeOfDay(Date{odd}), "—");
-    }
-}
-
-TEST(DayText, knowsYesterdayWhenADayHadNotTwentyFourHours) {
-    const TimeZone zone("America/New_York");
-    const double longDay = newYork - 7 * 24 * hour - hour; // 2 November, with 25 hours
-    ASSERT_EQ(Calendar::startOfDay(Date{longDay}).seconds, longDay);
-    EXPECT_EQ(DayText::day(Date{longDay}, Date{longDay + 26 * hour}), "Yesterday");
-    EXPECT_EQ(DayText::day(Date{longDay - 1}, Date{longDay + 26 * hour}), "1 November");
 }
 
 TEST(AlertLines, standBelowTheirDays) {

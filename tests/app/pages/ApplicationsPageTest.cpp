@@ -9,6 +9,7 @@
 #include "tests/app/pages/PageHarness.hpp"
 #include "tests/app/pages/Widgets.hpp"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QComboBox>
 #include <QContextMenuEvent>
@@ -92,8 +93,14 @@ TEST_F(ApplicationsPageTest, isSortedTheSameByHeadAndMenu) {
 
     menu->setCurrentIndex(5);
     Q_EMIT menu->activated(5);
-    EXPECT_TRUE(std::ranges::any_of(apps, [&](const auto& one) { return text(one.name) == cell(0, 0); }));
-    EXPECT_LE(cell(0, 0).compare(cell(1, 0), Qt::CaseInsensitive), 0);
+    QStringList names;
+    for (const ApplicationSnapshot& one : apps)
+        names << text(one.name);
+    names.sort(Qt::CaseInsensitive);
+    QStringList listed;
+    for (int row = 0; row < table->model()->rowCount(); ++row)
+        listed << cell(row, 0);
+    EXPECT_EQ(listed, names);
 }
 
 TEST_F(ApplicationsPageTest, offersToClearAFilterWithoutHits) {
@@ -130,6 +137,54 @@ TEST_F(ApplicationsPageTest, opensWhatIsSelectedAndWhatOthersChose) {
     EXPECT_TRUE(filter->text().isEmpty());
     ASSERT_TRUE(table->selectionModel()->hasSelection());
     EXPECT_EQ(cell(table->selectionModel()->selectedRows().front().row(), 0), text(harness.state().appName(key)));
+}
+
+TEST_F(ApplicationsPageTest, bringsIntoViewWhatAnotherPageLeadsTo) {
+    harness.take(std::make_shared<SystemSnapshot>(damagedSnapshot()));
+    harness.model->selectApp("app 250");
+    show();
+    const auto isInView = [this] {
+        return table->viewport()->rect().contains(table->visualRect(table->currentIndex()));
+    };
+    ASSERT_GT(table->currentIndex().row(), 100) << "far below what is seen at first";
+    EXPECT_TRUE(isInView());
+    page->hide();
+    harness.model->selectApp("app 0");
+    page->show();
+    QApplication::processEvents();
+    EXPECT_LT(table->currentIndex().row(), 100);
+    EXPECT_TRUE(isInView());
+}
+
+TEST_F(ApplicationsPageTest, givesEveryControlItsRoomWhereTheLetteringIsLarge) {
+    const double base = Type::base();
+    Type::setBase(26);
+    harness.play(developer);
+    QWidget window;
+    ApplicationsPage large(harness.page, &window);
+    large.setNarrow(true);
+    window.show();
+    const QWidget& bar = *named<QLineEdit>(large, "Filter Applications")->parentWidget();
+    const auto layOut = [&](double width) {
+        large.resize(Type::px(width), Type::px(300));
+        for (int round = 0; round < 5; ++round)
+            QApplication::processEvents();
+    };
+    layOut(380);
+    const int inTwoRows = bar.height();
+    auto parts = bar.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+    parts.removeIf([](const QWidget* part) { return !part->isVisible(); });
+    for (const QWidget* part : parts) {
+        EXPECT_TRUE(bar.rect().contains(part->geometry())) << part->accessibleName().toStdString();
+        for (const QWidget* other : parts)
+            if (other != part) {
+                EXPECT_FALSE(part->geometry().adjusted(0, 0, Type::px(8) - 1, 0).intersects(other->geometry()))
+                    << part->accessibleName().toStdString() << " and " << other->accessibleName().toStdString();
+            }
+    }
+    layOut(764);
+    EXPECT_LT(bar.height(), inTwoRows) << "in one row, where there is the room";
+    Type::setBase(base);
 }
 
 TEST_F(ApplicationsPageTest, giveTheDetailTheTablesPlaceWhereThereIsLittleRoom) {

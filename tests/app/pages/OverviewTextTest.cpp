@@ -14,6 +14,8 @@ namespace {
 
 using Status = HealthCategory::Status;
 
+constexpr std::uint64_t gibibyte = 1ULL << 30;
+
 ApplicationSnapshot app(const std::string& key, std::uint64_t memory, double cpu) {
     ApplicationSnapshot made;
     made.key = key;
@@ -132,17 +134,30 @@ TEST(Findings, theWorstIsWhatNeedsAttentionMost) {
 }
 
 TEST(Findings, insightsLeadToTheirPageWithTheirApplication) {
-    ModelHarness harness;
-    AppModel& model = *harness.model;
-    auto rows = insightRows({insight("one", Insight::Level::warning, "key", "memory"),
-                             insight("two", Insight::Level::info, std::nullopt, std::nullopt),
-                             insight("three", Insight::Level::notice, "key", std::nullopt)},
-                            2);
+    const auto rows = insightRows({insight("one", Insight::Level::warning, "key", "memory"),
+                                   insight("two", Insight::Level::info, std::nullopt, std::nullopt),
+                                   insight("three", Insight::Level::notice, "key", std::nullopt)},
+                                  2);
     ASSERT_EQ(rows.size(), 2U);
     EXPECT_EQ(rows[0].condition, Condition::elevated);
     EXPECT_TRUE(rows[0].leadsSomewhere);
     EXPECT_FALSE(rows[1].leadsSomewhere);
 
+    ModelHarness harness;
+    AppModel& model = *harness.model;
+    model.setWindowVisible(true); // it is judged on every snapshot then
+    SystemSnapshot snapshot = SystemSnapshot::empty(harness.now);
+    snapshot.interval = 2;
+    snapshot.memory.swapUsed = 2 * gibibyte;
+    snapshot.applications = {app("hungry", 2 * gibibyte, 0)};
+    harness.apply(std::move(snapshot));
+    openInsight(model, "mem-share");
+    EXPECT_EQ(model.selectedAppKey(), "hungry");
+    EXPECT_EQ(model.navigation().selectedPage(), Page::memory);
+    openInsight(model, "swap");
+    EXPECT_EQ(model.selectedAppKey(), std::nullopt) << "it is about no application";
+
+    model.select(Page::overview);
     model.selectApp("before");
     openInsight(model, "gone by now");
     EXPECT_EQ(model.selectedAppKey(), "before");

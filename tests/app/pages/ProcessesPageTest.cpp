@@ -1,6 +1,7 @@
 #include "app/pages/ProcessesPage.hpp"
 
 #include "app/pages/ProcessPanelView.hpp"
+#include "app/widgets/Buttons.hpp"
 #include "app/widgets/EmptyState.hpp"
 #include "app/widgets/FilterField.hpp"
 #include "app/widgets/RowsModel.hpp"
@@ -16,6 +17,7 @@
 #include <QContextMenuEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -110,6 +112,7 @@ TEST_F(ProcessesPageTest, FiltersAndClears) {
     EXPECT_TRUE(filter.text().isEmpty());
     EXPECT_EQ(rowCount(), all);
     EXPECT_FALSE(shows(QStringLiteral("No matches.")));
+    EXPECT_FALSE(filter.findChild<IconButton*>()->isVisible()) << "nothing is left to clear";
 
     SegmentedControl& scope = child<SegmentedControl>();
     EXPECT_EQ(scope.choices(),
@@ -147,6 +150,56 @@ TEST_F(ProcessesPageTest, SharesItsSelectionWithTheModel) {
     harness.model->selectProcess(chosen);
     show();
     EXPECT_EQ(pid(table.selectedRow()), chosen);
+}
+
+TEST_F(ProcessesPageTest, BringsIntoViewWhatAnotherPageLeadsTo) {
+    harness.play(developer);
+    show();
+    const std::int32_t busiest = pid(0);
+    const std::int32_t idlest = pid(rowCount() - 1);
+    const auto isInView = [](const TableView& shown) {
+        QApplication::processEvents();
+        return shown.viewport()->rect().contains(shown.visualRect(shown.currentIndex()));
+    };
+    harness.model->selectProcess(idlest);
+    EXPECT_TRUE(isInView(table)) << "and not behind the panel";
+    page.hide();
+    harness.model->selectProcess(busiest);
+    show();
+    EXPECT_TRUE(isInView(table));
+
+    page.hide();
+    harness.model->selectProcess(idlest);
+    ProcessesPage firstVisit(harness.page);
+    harness.show(firstVisit);
+    const auto& fresh = *firstVisit.findChild<TableView*>();
+    ASSERT_GT(fresh.verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(fresh.currentIndex().row(), rowCount() - 1);
+    EXPECT_TRUE(isInView(fresh));
+}
+
+TEST_F(ProcessesPageTest, ShowsAProcessThatTheLatestSnapshotDoesNotHaveYet) {
+    harness.play(developer, 5);
+    show();
+    const SharedSnapshot whole = harness.state().snapshot;
+    const std::int32_t other = pid(0);
+    const std::int32_t chosen = pid(1);
+    table.selectRow(0);
+    child<FilterField>().setText(QString::number(other));
+    ASSERT_EQ(rowOf(chosen), -1);
+    page.hide();
+    SystemSnapshot trimmed = *whole; // as while no window was seen
+    std::erase_if(trimmed.processes, [&](const ProcessSnapshot& process) { return process.pid == chosen; });
+    harness.take(std::make_shared<SystemSnapshot>(std::move(trimmed)));
+    harness.model->selectProcess(chosen);
+    show();
+    EXPECT_TRUE(child<FilterField>().text().isEmpty());
+    EXPECT_EQ(table.selectedRow(), -1);
+    harness.take(whole);
+    EXPECT_EQ(harness.model->selectedProcessPID(), chosen);
+    ASSERT_GE(table.selectedRow(), 0);
+    EXPECT_EQ(pid(table.selectedRow()), chosen);
+    EXPECT_TRUE(child<ProcessPanelView>().isVisible());
 }
 
 TEST_F(ProcessesPageTest, KeepsTheSelectionOfAProcessThatEndsWhileTheOrderIsHeld) {
