@@ -83,6 +83,13 @@ private:
     }
 };
 
+/// @param instance  null for a program that no further start finds
+WayBack wayBackTo(const SingleInstance* instance) {
+    if (!instance || !instance->canBeActivated())
+        return WayBack::none;
+    return nativePlatform() == Platform::macOS ? WayBack::system : WayBack::furtherStart;
+}
+
 int run(LaunchArguments arguments) {
     const MainThread mainThread;
     const bool isReplay = !arguments.replay.empty();
@@ -96,18 +103,22 @@ int run(LaunchArguments arguments) {
     std::optional<QTemporaryDir> replayHistory; // a recording has its own, for as long as it is shown
     if (isReplay)
         replayHistory.emplace();
+    std::function<void()> recordingEnded;
     Backend backend(mainThread.poster(), {.source = {.replay = arguments.replay},
-                                          .historyFolder = isReplay ? replayHistory->path().toStdString() : ""});
+                                          .historyFolder = isReplay ? replayHistory->path().toStdString() : "",
+                                          .ended = [&recordingEnded] { recordingEnded(); }});
     if (const auto problem = backend.problem()) {
         say(stderr, *problem + "\n");
         return failed;
     }
     AppDelegate delegate(backend, {.loginItem = nativeLoginItem(),
                                    .appearance = nativeDesktopAppearance(),
-                                   .hasTray = [] { return false; }, // no icon is put there yet
-                                   .isReopened = nativePlatform() == Platform::macOS,
+                                   .fileManager = isReplay ? nullptr : nativeFileManager(),
+                                   .wayBack = [&] { return wayBackTo(instance.get()); },
+                                   .recording = arguments.replay,
                                    .onMainThread = mainThread.poster(),
                                    .quit = endLoop});
+    recordingEnded = [&delegate] { delegate.recordingDidEnd(); };
     backend.onQuitSignal(endLoop);
     delegate.pages().loginItem.onLaunched([&](bool atLogin) {
         arguments.isLogin = arguments.isLogin || atLogin;

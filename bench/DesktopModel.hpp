@@ -40,7 +40,8 @@ public:
         parts.history = std::make_unique<HistoryStore>(context.get_executor(), nowhere + "/history.sqlite",
                                                        HistoryOptions{HistoryAccess::readOnly, [this] { return now; }});
         parts.onMainThread = onMainThread();
-        model.emplace(std::move(parts), AppModelOptions{.keepsHistory = false, .now = [this] { return now; }});
+        model.emplace(std::move(parts),
+                      AppModelOptions{.duties = {.keepsHistory = false}, .now = [this] { return now; }});
         settle();
     }
 

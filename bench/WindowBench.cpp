@@ -62,7 +62,7 @@ private:
                         .loginItem = *loginItem,
                         .onMainThread = alone.onMainThread(),
                         .now = [this] { return alone.time(); },
-                        .hasTray = [] { return false; },
+                        .wayBack = [] { return WayBack::furtherStart; },
                         .reveal = {}};
     MainWindow window{context, MenuActions{}, [] { return true; }};
 };

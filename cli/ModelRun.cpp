@@ -45,8 +45,9 @@ struct ModelRun::Parts {
                                                       HistoryOptions{options.history, {}});
         // Shared with the thread of the history, which may be left behind.
         made.onMainThread = [home = context](std::function<void()> work) { asio::post(*home, std::move(work)); };
-        model.emplace(std::move(made),
-                      AppModelOptions{.words = session.words(), .keepsHistory = false, .interval = source.interval});
+        model.emplace(std::move(made), AppModelOptions{.words = session.words(),
+                                                       .duties = {.keepsHistory = false, .notifies = false},
+                                                       .interval = source.interval});
     }
 
     ~Parts() {
@@ -87,7 +88,7 @@ AppModel& ModelRun::model() {
 }
 
 void ModelRun::demandEverything() {
-    for (const std::string_view page : demandedPages)
+    for (const std::string_view page : readingPages)
         model().registerPage(std::string(page));
     model().setWindowVisible(true);
 }

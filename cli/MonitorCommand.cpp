@@ -73,8 +73,7 @@ class MonitorRun {
 public:
     MonitorRun(std::string where, HistoryLock held, std::optional<double> interval)
         : folder(std::move(where)), lock(std::move(held)),
-          model(ownParts(context, storing, folder),
-                {.words = wordsOf(nativePlatform()), .keepsHistory = true, .interval = interval}) {
+          model(ownParts(context, storing, folder), {.words = wordsOf(nativePlatform()), .interval = interval}) {
         for (const int signal : {SIGTERM, SIGINT, SIGHUP})
             if (!isIgnored(signal))
                 signals.add(signal);

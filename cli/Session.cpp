@@ -58,7 +58,7 @@ void demandEverything(SamplingEngine& engine, double interval) {
     settings.foregroundInterval = interval;
     engine.setSettings(settings);
     engine.setDemand(
-        {.popoverVisible = false, .windowVisible = true, .pages = PageSet(demandedPages.begin(), demandedPages.end())});
+        {.popoverVisible = false, .windowVisible = true, .pages = PageSet(readingPages.begin(), readingPages.end())});
 }
 
 } // namespace ostrivane::cli

@@ -2,10 +2,8 @@
 
 #include "app/model/SourceEngine.hpp"
 
-#include <array>
 #include <functional>
 #include <string>
-#include <string_view>
 
 namespace CLI {
 class App;
@@ -43,11 +41,6 @@ public:
     /// @param ended     called on `executor` when a recording has no further tick
     Session(const boost::asio::any_io_executor& executor, const Source& source, std::function<void()> ended);
 };
-
-/// The pages whose readings a terminal command wants. Without "cpu": that page asks for a tick a second, whatever the
-/// interval.
-inline constexpr std::array<std::string_view, 7> demandedPages{"gpu",     "projects", "ports",  "ai",
-                                                               "network", "docker",   "devices"};
 
 /// What a terminal command wants of the engine: everything, every `interval` seconds.
 void demandEverything(SamplingEngine& engine, double interval);

@@ -4,6 +4,7 @@
 #include "app/model/BatteryDrain.hpp"
 #include "app/model/DemandBook.hpp"
 #include "app/model/HistorySums.hpp"
+#include "app/model/SessionLog.hpp"
 #include "core/judgement/Figures.hpp"
 #include "core/judgement/HealthEvaluator.hpp"
 #include "core/judgement/InsightEngine.hpp"
@@ -13,6 +14,7 @@
 #include <boost/signals2/signal.hpp>
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace ostrivane {
@@ -36,19 +38,6 @@ bool assign(Value& present, Value fresh) {
     return true;
 }
 
-/// A session's row in the history. Its id comes some time after the beginning; the end may come before that.
-struct SessionRow {
-    struct End {
-        Date date;
-        std::string summaryJSON;
-    };
-
-    std::string name;
-    Date start;
-    std::optional<std::int64_t> id{};
-    std::optional<End> end{};
-};
-
 } // namespace
 
 /// Touched on the main thread only.
@@ -60,6 +49,7 @@ struct AppModel::State : std::enable_shared_from_this<State> {
           isSidebarVisible(settings->defaults().boolean(sidebarKey).value_or(true)) {
         if (!options.now)
             options.now = Calendar::now;
+        setDuties(options.duties);
         shown.snapshot = std::make_shared<SystemSnapshot>(SystemSnapshot::empty(options.now()));
     }
 
@@ -81,9 +71,10 @@ struct AppModel::State : std::enable_shared_from_this<State> {
             return;
         hasStarted = true;
         applySettings();
-        if (options.keepsHistory)
-            engine->addConsumer([store = history](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) {
-                store->ingest(snapshot);
+        engine->addConsumer(
+            [store = history, keeps = keepsHistory](const SharedSnapshot& snapshot, const SamplingEngine::Turn&) {
+                if (*keeps)
+                    store->ingest(snapshot);
             });
         // The turn is held until the snapshot is taken in: a main thread that is late is not buried under snapshots.
         // The settings are looked at on the engine's thread, as their file may lie on a slow disk.
@@ -106,6 +97,11 @@ struct AppModel::State : std::enable_shared_from_this<State> {
             });
         loadStoredAlerts();
         refreshTotals();
+    }
+
+    void setDuties(Duties fresh) {
+        duties = fresh;
+        *keepsHistory = duties.keepsHistory;
     }
 
     void followSettings() {
@@ -161,10 +157,10 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     void handle(const std::vector<Alert>& fired) {
         AlertList::add(shown.alerts, fired);
         for (const Alert& alert : fired) {
-            if (options.keepsHistory)
+            if (duties.keepsHistory)
                 history->recordAlert(alert.date, std::string(rawValue(alert.kind)),
                                      std::string(rawValue(alert.severity)), alert.title, alert.body, alert.subject);
-            if (alert.notify && (*settings)->notificationsEnabled)
+            if (duties.notifies && alert.notify && (*settings)->notificationsEnabled)
                 notifier->post(alert);
         }
     }
@@ -232,14 +228,12 @@ struct AppModel::State : std::enable_shared_from_this<State> {
         const Date start = options.now();
         shown.session.emplace(name, start);
         shown.sessionID = 0;
-        auto row = sessionRow = std::make_shared<SessionRow>(SessionRow{.name = name, .start = start});
-        history->startSession(std::move(name), start, later([row](State& model, std::int64_t id) {
-                                  row->id = id;
-                                  if (row->end)
-                                      return model.finish(*row);
-                                  model.shown.sessionID = id;
-                                  model.publish({.session = true});
-                              }));
+        sessions.begin(std::move(name), start, [weak = weak_from_this()](std::int64_t id) {
+            if (const auto model = weak.lock()) {
+                model->shown.sessionID = id;
+                model->publish({.session = true});
+            }
+        });
         publish({.session = true});
     }
 
@@ -249,21 +243,9 @@ struct AppModel::State : std::enable_shared_from_this<State> {
         const Date end = options.now();
         SessionSummary summary = shown.session->summary(end);
         shown.session.reset();
-        sessionRow->end = SessionRow::End{.date = end, .summaryJSON = sessionSummaryJSON(summary)};
+        sessions.end(end, sessionSummaryJSON(summary));
         shown.lastSessionSummary = std::move(summary);
-        if (sessionRow->id)
-            finish(*sessionRow);
         publish({.session = true});
-    }
-
-    void finish(const SessionRow& row) {
-        if (*row.id != 0)
-            return history->finishSession(*row.id, row.end->date, row.end->summaryJSON);
-        // Its beginning could not be written. By now it may be possible.
-        history->startSession(row.name, row.start, later([row](State& model, std::int64_t id) {
-                                  if (id != 0)
-                                      model.history->finishSession(id, row.end->date, row.end->summaryJSON);
-                              }));
     }
 
     /// A step to another page.
@@ -279,9 +261,12 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     void tellDemand() { engine->setDemand(demand.demand()); }
 
     AppModelOptions options;
+    Duties duties;
+    const std::shared_ptr<std::atomic<bool>> keepsHistory = std::make_shared<std::atomic<bool>>(); ///< for the engine
     const std::function<void(std::function<void()>)> onMainThread;
     const std::unique_ptr<AppSettings> settings;
     const std::shared_ptr<HistoryStore> history; ///< shared with the engine's consumer, which may run on for a moment
+    SessionLog sessions{history, onMainThread};
     const std::unique_ptr<Notifier> notifier;
     const std::unique_ptr<Workspace> workspace;
     const std::unique_ptr<SamplingEngine> engine;
@@ -298,7 +283,6 @@ struct AppModel::State : std::enable_shared_from_this<State> {
     bool hasStarted = false;
     bool alertsCleared = false; ///< before the stored ones had come
     Date lastTotalsRefresh;
-    std::shared_ptr<SessionRow> sessionRow; ///< of the latest session
     boost::signals2::signal<void(const ModelChanges&)> changed;
 };
 
@@ -346,6 +330,10 @@ void AppModel::dropObservers() {
 
 void AppModel::apply(const SharedSnapshot& snapshot) {
     self->apply(snapshot);
+}
+
+void AppModel::setDuties(Duties duties) {
+    self->setDuties(duties);
 }
 
 void AppModel::applySettings() {

@@ -30,12 +30,19 @@ struct AppParts {
     std::function<void(std::function<void()>)> onMainThread;
 };
 
+/// What falls to this program, and not to another one that runs beside it.
+struct Duties {
+    bool keepsHistory = true; ///< samples and alerts are stored; sessions are in any case
+    bool notifies = true;     ///< alerts are told of outside of the program, too
+
+    friend bool operator==(const Duties&, const Duties&) = default;
+};
+
 struct AppModelOptions {
     PlatformWords words = PlatformWords::Linux; ///< of the machine that is shown
-    bool keepsHistory = true;       ///< false for a program beside the one that keeps it, which only reads: its samples
-                                    ///< and alerts are not stored
-    std::optional<double> interval; ///< seconds between two readings, in place of the settings'
-    std::function<Date()> now;      ///< the wall clock when empty
+    Duties duties{};                            ///< at the start
+    std::optional<double> interval;             ///< seconds between two readings, in place of the settings'
+    std::function<Date()> now;                  ///< the wall clock when empty
 };
 
 /// Which parts of the state an observer should look at again.
@@ -78,6 +85,9 @@ public:
 
     /// Takes a snapshot in. The engine's consumer; public for who has snapshots without an engine.
     void apply(const SharedSnapshot& snapshot);
+
+    /// For a program that takes over from another one, or gives way to it.
+    void setDuties(Duties duties);
 
     /// Makes rules, intervals and retention what the settings say. Done by itself when another program changed them.
     void applySettings();

@@ -54,7 +54,7 @@ void LiveSeries::add(const SystemSnapshot& snapshot) {
     push(LiveKey::netOut, time, snapshot.network.outRate);
     push(LiveKey::cpuTemp, time, snapshot.thermal.cpuTemperature);
     push(LiveKey::gpuTemp, time, snapshot.thermal.gpuTemperature);
-    push(LiveKey::power, time, battery.systemPowerW ? battery.systemPowerW : snapshot.thermal.systemPowerW);
+    push(LiveKey::power, time, snapshot.systemPowerW());
     push(LiveKey::fan, time, meanSpeed(snapshot.thermal.fans));
     if (battery.isPresent)
         push(LiveKey::battery, time, number(battery.percent));

@@ -89,6 +89,14 @@ void DataSettings::ask() {
 }
 
 void DataSettings::clear() {
+    // Who keeps it would go on from what it has in memory.
+    if (const auto keeper = context.otherKeeper ? context.otherKeeper() : std::nullopt) {
+        MessageDialog::ask({.heading = tr("The history cannot be cleared now"),
+                            .text = tr("%1 End it first.").arg(text(*keeper)),
+                            .confirm = tr("OK")},
+                           window());
+        return;
+    }
     if (!MessageDialog::ask({.condition = Condition::high,
                              .heading = tr("Clear all history?"),
                              .text = tr("Samples, alerts, sessions and storage trends are removed for good."),

@@ -1,6 +1,6 @@
 #include "app/pages/GeneralSettings.hpp"
 
-#include "app/model/KeepRunning.hpp"
+#include "app/model/WayBack.hpp"
 #include "app/pages/AlertRuleText.hpp"
 #include "app/pages/LoginRow.hpp"
 #include "app/pages/SettingsControls.hpp"
@@ -68,11 +68,12 @@ void GeneralSettings::addClosing(SettingsGroup& group, SettingsControls& control
 }
 
 void GeneralSettings::showClosing() {
-    const bool hasTray = context.hasTray();
+    const WayBack wayBack = context.wayBack();
+    const bool isAsked = wayBack == WayBack::furtherStart;
     const auto keeps = context.model.settings().defaults().boolean(keepRunningKey);
-    closing->setDetail(text(closingText(hasTray, keeps)));
-    showChecked(*keepRunning, hasTray || keeps.value_or(false));
-    keepRunning->setEnabled(!hasTray);
+    closing->setDetail(text(closingText(wayBack, keeps)));
+    showChecked(*keepRunning, isAsked ? keeps.value_or(false) : wayBack != WayBack::none);
+    keepRunning->setEnabled(isAsked);
 }
 
 QWidget* GeneralSettings::makeNotifications(SettingsControls& controls) {

@@ -4,7 +4,7 @@
 #include "app/pages/SettingsPageText.hpp"
 #include "app/pages/ShownState.hpp"
 #include "app/widgets/Buttons.hpp"
-#include "app/widgets/EmptyState.hpp"
+#include "app/widgets/InfoNote.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/Type.hpp"
 
@@ -40,7 +40,7 @@ void LoginRow::setFlush() {
 void LoginRow::refresh() {
     const LoginItem::State state = context.loginItem.state();
     showChecked(*toggle, state == LoginItem::State::on);
-    row->setDetail(text(startAtLoginText(state, context.hasTray())));
+    row->setDetail(text(startAtLoginText(state, context.wayBack())));
 }
 
 } // namespace ostrivane

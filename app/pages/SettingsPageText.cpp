@@ -1,6 +1,7 @@
 #include "app/pages/SettingsPageText.hpp"
 
 #include "app/model/AppState.hpp"
+#include "app/model/ChosenTemperature.hpp"
 #include "app/model/DateWords.hpp"
 #include "app/pages/Decimals.hpp"
 #include "core/model/Formatters.hpp"
@@ -11,33 +12,29 @@ namespace ostrivane {
 
 namespace {
 
-std::optional<double> reading(TemperatureSource source, const ThermalSnapshot& thermal) {
-    switch (source) {
-    case TemperatureSource::cpu:
-        return thermal.cpuTemperature;
-    case TemperatureSource::gpu:
-        return thermal.gpuTemperature;
-    case TemperatureSource::hottest:
-        return thermal.hottest;
-    }
-    return std::nullopt;
-}
-
 std::string seconds(double count) {
     return Formatters::decimal(count, shownDecimals(count)) + " s";
 }
 
 } // namespace
 
-std::string closingText(bool hasTray, std::optional<bool> keepsRunning) {
-    if (hasTray)
+std::string closingText(WayBack wayBack, std::optional<bool> keepsRunning) {
+    switch (wayBack) {
+    case WayBack::icon:
         return "Ostrivane goes on measuring, behind its icon in the tray";
+    case WayBack::none:
+        return "Ostrivane quits; nothing here could bring its window back";
+    case WayBack::system:
+        return "Ostrivane goes on measuring; opening it again shows the window";
+    case WayBack::furtherStart:
+        break;
+    }
     if (!keepsRunning)
         return "There is no icon to come back by; the first time Ostrivane asks";
     return *keepsRunning ? "Ostrivane goes on measuring; starting it again shows the window" : "Ostrivane quits";
 }
 
-std::string startAtLoginText(LoginItem::State state, bool hasTray) {
+std::string startAtLoginText(LoginItem::State state, WayBack wayBack) {
     switch (state) {
     case LoginItem::State::needsApproval:
         return "Approve Ostrivane in System Settings → General → Login Items.";
@@ -47,7 +44,16 @@ std::string startAtLoginText(LoginItem::State state, bool hasTray) {
     case LoginItem::State::on:
         break;
     }
-    return hasTray ? "Behind its icon only, with no window" : "With no window; opening Ostrivane shows it";
+    switch (wayBack) {
+    case WayBack::icon:
+        return "Behind its icon only, with no window";
+    case WayBack::system:
+    case WayBack::furtherStart:
+        return "With no window; opening Ostrivane shows it";
+    case WayBack::none:
+        return "With its window; nothing here could bring it up later";
+    }
+    return {};
 }
 
 std::string_view name(MenuMetric metric) {
@@ -111,11 +117,11 @@ std::string valueText(MenuMetric metric, TemperatureSource source, const AppStat
         return fmt::format("{}, {}", Formatters::diskRate(now.disk.readBytesPerSec),
                            Formatters::diskRate(now.disk.writeBytesPerSec));
     case MenuMetric::temperature:
-        return Formatters::temperature(reading(source, now.thermal));
+        return Formatters::temperature(chosenTemperature(now.thermal, source));
     case MenuMetric::battery:
         return now.battery.isPresent ? fmt::format("{}%", now.battery.percent) : "AC";
     case MenuMetric::power:
-        return Formatters::power(now.battery.systemPowerW ? now.battery.systemPowerW : now.thermal.systemPowerW);
+        return Formatters::power(now.systemPowerW());
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/model/Preferences.hpp"
+#include "app/model/WayBack.hpp"
 #include "app/window/LoginItem.hpp"
 #include "core/model/Date.hpp"
 #include "core/model/PlatformWords.hpp"
@@ -15,11 +16,11 @@ namespace ostrivane {
 struct AppState;
 
 /// What closing the window does now.
-/// @param keepsRunning  what was answered when it was closed without a tray; absent: not asked yet
-std::string closingText(bool hasTray, std::optional<bool> keepsRunning);
+/// @param keepsRunning  what was answered when it was closed and only a further start led back; absent: not asked yet
+std::string closingText(WayBack wayBack, std::optional<bool> keepsRunning);
 
 /// What starting at login does, or what stands in its way.
-std::string startAtLoginText(LoginItem::State state, bool hasTray);
+std::string startAtLoginText(LoginItem::State state, WayBack wayBack);
 
 /// What is told of what only a later version does.
 inline constexpr std::string_view trayLater =

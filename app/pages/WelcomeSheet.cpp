@@ -8,9 +8,9 @@
 #include "app/widgets/Buttons.hpp"
 #include "app/widgets/Card.hpp"
 #include "app/widgets/Icons.hpp"
+#include "app/widgets/Scrolling.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/widgets/TextLabel.hpp"
-#include "core/sampling/platform/NativeMachine.hpp"
 
 #include <QApplication>
 #include <QEvent>
@@ -84,14 +84,7 @@ WelcomeSheet::WelcomeSheet(PageContext& given, QWidget* parent) : QWidget(parent
     column->addWidget(Card::separator(content));
     addChoices(*column);
     addButtons(*column);
-    panel = new QScrollArea(this); // large lettering may need more than there is
-    panel->setFrameShape(QFrame::NoFrame);
-    panel->setWidgetResizable(true);
-    panel->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    panel->setFocusPolicy(Qt::NoFocus);
-    panel->setWidget(content);
-    content->setAutoFillBackground(false);
-    panel->viewport()->setAutoFillBackground(false);
+    panel = scrolling(content, this); // large lettering may need more than there is
     stops = {login->control(), notifications, settings, start};
     parent->installEventFilter(this);
     content->installEventFilter(this);
@@ -120,7 +113,7 @@ void WelcomeSheet::addHeading(QVBoxLayout& column) {
 }
 
 void WelcomeSheet::addPoints(QVBoxLayout& column) {
-    for (const WelcomePoint& point : welcomePoints(context.hasTray(), nativePlatform() == Platform::macOS)) {
+    for (const WelcomePoint& point : welcomePoints(context.wayBack())) {
         auto* title = new TextLabel(TypeRole::bodyStrong, Tone::text, content);
         title->setText(text(point.title));
         title->setWraps(true);

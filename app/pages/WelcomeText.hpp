@@ -1,5 +1,7 @@
 #pragma once
 
+#include "app/model/WayBack.hpp"
+
 #include <array>
 #include <string_view>
 
@@ -12,9 +14,7 @@ struct WelcomePoint {
     std::string_view detail;
 };
 
-/// @param hasTray  whether the program goes on without its window, behind an icon
-/// @param isMac    whether the system keeps a program without a window, and opens it again
-constexpr std::array<WelcomePoint, 3> welcomePoints(bool hasTray, bool isMac) {
+constexpr std::array<WelcomePoint, 3> welcomePoints(WayBack wayBack) {
     constexpr WelcomePoint local{"lock", "Local-only: no account, no telemetry.",
                                  "Everything is measured and kept on this machine. Nothing is sent anywhere."};
     constexpr WelcomePoint tray{"gauge.with.dots.needle.50percent", "In the menu bar or tray",
@@ -24,9 +24,21 @@ constexpr std::array<WelcomePoint, 3> welcomePoints(bool hasTray, bool isMac) {
         "There is no icon to come back by yet: closed for the first time, Ostrivane asks whether to keep running."};
     constexpr WelcomePoint reopened{"gauge.with.dots.needle.50percent", "In the window",
                                     "Closing it leaves Ostrivane running. Opening Ostrivane again brings it back."};
+    constexpr WelcomePoint alone{"gauge.with.dots.needle.50percent", "In the window",
+                                 "Nothing here could bring a closed window back: closing it ends Ostrivane."};
     constexpr WelcomePoint careful{"trash", "Nothing is removed until you confirm.",
                                    "Quitting an app, or deleting anything that was recorded, always asks first."};
-    return {local, hasTray ? tray : isMac ? reopened : window, careful};
+    switch (wayBack) {
+    case WayBack::icon:
+        return {local, tray, careful};
+    case WayBack::system:
+        return {local, reopened, careful};
+    case WayBack::furtherStart:
+        return {local, window, careful};
+    case WayBack::none:
+        break;
+    }
+    return {local, alone, careful};
 }
 
 } // namespace ostrivane

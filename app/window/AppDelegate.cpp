@@ -1,6 +1,5 @@
 #include "app/window/AppDelegate.hpp"
 
-#include "app/model/KeepRunning.hpp"
 #include "app/widgets/AppIcons.hpp"
 #include "app/widgets/Icons.hpp"
 #include "app/widgets/MessageDialog.hpp"
@@ -8,10 +7,9 @@
 #include "app/widgets/Theme.hpp"
 #include "app/window/ActivationPolicy.hpp"
 #include "app/window/MainWindow.hpp"
+#include "core/model/Text.hpp"
 
-#include <QDesktopServices>
 #include <QFileInfo>
-#include <QUrl>
 
 #include <chrono>
 #include <utility>
@@ -22,12 +20,6 @@ namespace {
 
 constexpr std::chrono::seconds flushPatience{2};
 
-/// Opens the folder that holds a file: no system but macOS can point at a file from outside everywhere.
-void revealFile(const std::string& path) {
-    const QFileInfo file(text(path));
-    QDesktopServices::openUrl(QUrl::fromLocalFile(file.isDir() ? file.filePath() : file.path()));
-}
-
 } // namespace
 
 AppDelegate::AppDelegate(Backend& behind, DelegateParts given)
@@ -36,8 +28,10 @@ AppDelegate::AppDelegate(Backend& behind, DelegateParts given)
                                                         .loginItem = *parts.loginItem,
                                                         .onMainThread = parts.onMainThread,
                                                         .now = backend.clock(),
-                                                        .hasTray = parts.hasTray,
-                                                        .reveal = revealFile} {
+                                                        .wayBack = parts.wayBack,
+                                                        .otherKeeper = [&behind] { return behind.otherKeeper(); }} {
+    if (parts.fileManager)
+        context.reveal = [this](const std::string& path) { reveal(path); };
     manager = std::make_unique<WindowManager>(context, menuActions(), [this] { return mayCloseWindow(); });
     followingSettings = context.model.settings().observe([this] { applyAppearance(); });
     parts.appearance->onChange([this] { applyAppearance(); });
@@ -62,15 +56,27 @@ void AppDelegate::applicationDidFinishLaunching(const LaunchArguments& arguments
         model.settings().set(&Preferences::hasOnboarded, true);
         model.setShowsWelcome(decision.allowsWelcome);
     }
-    if (decision.showsWindow)
-        applicationShouldHandleReopen(std::nullopt);
+    if (decision.showsWindow || context.wayBack() == WayBack::none)
+        showWindow();
 }
 
 void AppDelegate::applicationShouldHandleReopen(std::optional<Page> page) {
     if (page)
         context.model.select(*page);
+    showWindow();
+}
+
+void AppDelegate::showWindow() {
     manager->showMainWindow();
     manager->window()->showHistoryProblem(historyProblem);
+    if (!parts.recording.empty())
+        manager->window()->showRecording(QFileInfo(text(parts.recording)).fileName(), hasRecordingEnded);
+}
+
+void AppDelegate::recordingDidEnd() {
+    hasRecordingEnded = true;
+    if (manager->window())
+        manager->window()->showRecording(QFileInfo(text(parts.recording)).fileName(), true);
 }
 
 void AppDelegate::applicationWillTerminate() {
@@ -84,9 +90,27 @@ void AppDelegate::saveWork() {
     backend.finish(flushPatience);
 }
 
+void AppDelegate::reveal(const std::string& path) {
+    parts.fileManager->reveal(path, [this, path] {
+        MessageDialog::ask({.condition = Condition::info,
+                            .heading = QStringLiteral("No file manager answered"),
+                            .text = text(Text::visible(path)),
+                            .confirm = QStringLiteral("OK")},
+                           manager->window());
+    });
+}
+
 bool AppDelegate::mayCloseWindow() {
-    if (parts.hasTray() || parts.isReopened)
+    switch (context.wayBack()) {
+    case WayBack::icon:
+    case WayBack::system:
         return true;
+    case WayBack::none:
+        parts.quit();
+        return true;
+    case WayBack::furtherStart:
+        break;
+    }
     KeyValueStore& kept = context.model.settings().defaults();
     if (!kept.boolean(keepRunningKey)) {
         const auto keeps = MessageDialog::choose(
@@ -145,7 +169,7 @@ MenuActions AppDelegate::menuActions() {
         .quit = parts.quit,
         .focusSearch =
             [this, &model] {
-                manager->showMainWindow();
+                showWindow();
                 model.setSidebarVisible(true);
                 manager->window()->focusSearch();
             },
@@ -155,7 +179,7 @@ MenuActions AppDelegate::menuActions() {
         .minimize = [this] { manager->window()->showMinimized(); },
         .zoom = [this] { manager->window()->setWindowState(manager->window()->windowState() ^ Qt::WindowMaximized); },
         .close = [this] { manager->window()->close(); },
-        .showMainWindow = [this] { manager->showMainWindow(); }};
+        .showMainWindow = [this] { showWindow(); }};
 }
 
 } // namespace ostrivane

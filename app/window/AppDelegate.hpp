@@ -3,6 +3,7 @@
 #include "app/pages/PageContext.hpp"
 #include "app/window/Backend.hpp"
 #include "app/window/DesktopAppearance.hpp"
+#include "app/window/FileManager.hpp"
 #include "app/window/LaunchArguments.hpp"
 #include "app/window/LoginItem.hpp"
 #include "app/window/WindowManager.hpp"
@@ -10,6 +11,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace ostrivane {
 
@@ -17,8 +19,9 @@ namespace ostrivane {
 struct DelegateParts {
     std::unique_ptr<LoginItem> loginItem;
     std::unique_ptr<DesktopAppearance> appearance;
-    std::function<bool()> hasTray; ///< whether the program can be reached without its window
-    bool isReopened = false; ///< whether the system itself brings a running program's window back: nobody is asked then
+    std::unique_ptr<FileManager> fileManager; ///< null where the files are those of another machine
+    std::function<WayBack()> wayBack;         ///< to the program, once its window is closed
+    std::string recording;                    ///< the file of what is shown; empty for this machine
     std::function<void(std::function<void()>)> onMainThread;
     std::function<void()> quit; ///< ends the event loop
 };
@@ -34,6 +37,8 @@ public:
     void applicationDidFinishLaunching(const LaunchArguments& arguments);
     /// A further start of the program, or a click on its icon.
     void applicationShouldHandleReopen(std::optional<Page> page);
+    /// The recording that is shown has no further tick.
+    void recordingDidEnd();
     void applicationWillTerminate();
     /// Ends a session that runs and writes the history; waits two seconds for it at the most.
     void saveWork();
@@ -42,6 +47,9 @@ public:
     PageContext& pages() { return context; }
 
 private:
+    /// Shows the window, with what there is to say across its pages.
+    void showWindow();
+    void reveal(const std::string& path);
     bool mayCloseWindow();
     void applyAppearance();
     void showAbout();
@@ -54,6 +62,7 @@ private:
     std::unique_ptr<WindowManager> manager;
     Subscription followingSettings;
     std::optional<std::string> historyProblem;
+    bool hasRecordingEnded = false;
 };
 
 } // namespace ostrivane

@@ -20,32 +20,35 @@ namespace {
 
 using SteadyClock = std::chrono::steady_clock;
 
-constexpr std::chrono::seconds lossPatience{5}; // before a lost history is begun once more
 constexpr const char* nowhere = "/dev/null/" /* no folder */;
 
-/// Whether this program may write the history of `folder`.
+/// Whether this program keeps the history of `folder`, or who else does.
 struct HistoryPlaceOfOurs {
     std::string folder;
-    std::optional<HistoryLock> lock;
-    bool isKeptByOther = false;
-    std::optional<std::string> problem{};
+    std::optional<HistoryLock> lock{};
+    std::optional<HistoryLock::Holder> other{};
+    std::optional<std::string> problem{}; ///< in the way of asking
 
     void claim() {
         lock.reset();
         auto taken = claimHistory(folder, "ostrivane");
-        isKeptByOther = std::holds_alternative<HistoryLock::Holder>(taken);
         if (auto* ours = std::get_if<HistoryLock>(&taken))
             lock.emplace(std::move(*ours));
+        const auto* holder = std::get_if<HistoryLock::Holder>(&taken);
+        other = holder ? std::optional(*holder) : std::nullopt;
         const auto* why = std::get_if<HistoryLock::Problem>(&taken);
         problem = why ? std::optional(*why) : std::nullopt;
     }
+
+    /// Who keeps it tells of alerts. Where it cannot be kept at all they are told of none the less.
+    Duties duties() const { return {.keepsHistory = lock.has_value(), .notifies = !other}; }
 };
 
 } // namespace
 
 struct Backend::Parts {
     Parts(std::function<void(std::function<void()>)> poster, BackendOptions chosen)
-        : onMainThread(std::move(poster)), isReplay(!chosen.source.replay.empty()),
+        : onMainThread(std::move(poster)), isReplay(!chosen.source.replay.empty()), lossPatience(chosen.lossPatience),
           engine(sampling.executor(), chosen.source, [post = onMainThread, ended = std::move(chosen.ended)] {
               if (ended)
                   post(ended);
@@ -57,20 +60,20 @@ struct Backend::Parts {
             place.folder = nowhere;
         else
             place.claim();
-        const bool keeps = place.lock.has_value();
         AppParts made;
         made.settings = std::make_unique<AppSettings>(nativeKeyValueStore());
         made.engine = engine.takeEngine();
         made.history = std::make_unique<HistoryStore>(
             storing.executor(), fmt::format("{}/{}", place.folder, UserFolders::historyFile),
-            HistoryOptions{keeps ? HistoryAccess::readWrite : HistoryAccess::readOnly, clock()});
-        if (keeps && !isReplay)
+            HistoryOptions{place.problem ? HistoryAccess::readOnly : HistoryAccess::readWrite, clock()});
+        if (!isReplay) {
             made.notifier = nativeNotifier();
-        if (!isReplay)
             made.workspace = nativeWorkspace();
+        }
         made.onMainThread = onMainThread;
-        model.emplace(std::move(made),
-                      AppModelOptions{.words = engine.words(), .keepsHistory = keeps, .interval = {}, .now = clock()});
+        model.emplace(
+            std::move(made),
+            AppModelOptions{.words = engine.words(), .duties = place.duties(), .interval = {}, .now = clock()});
         if (isReplay)
             following = model->observe([this](const ModelChanges& changes) {
                 if (changes.snapshot)
@@ -92,7 +95,7 @@ struct Backend::Parts {
 
     /// Asks the store how it does, at each snapshot; one question at a time, as a stuck store answers none.
     void look() {
-        if (isAsking)
+        if (isAsking || isReplay)
             return;
         isAsking = true;
         model->history().problem([post = onMainThread, weak = std::weak_ptr(alive), this](auto problem) {
@@ -106,21 +109,27 @@ struct Backend::Parts {
                 if (!weak.lock())
                     return;
                 isAsking = false;
-                if (isLost && place.lock && SteadyClock::now() - opened >= lossPatience)
-                    beginAnew();
+                if (SteadyClock::now() - claimed >= lossPatience)
+                    claimAnew(isLost);
             });
         });
     }
 
-    void beginAnew() {
-        opened = SteadyClock::now();
-        place.claim();
-        if (place.lock)
+    /// Begins a lost history once more, and takes it over from a program that kept it and has ended.
+    void claimAnew(bool isLost) {
+        if (place.lock && !isLost)
+            return;
+        claimed = SteadyClock::now();
+        const bool couldWrite = !place.problem;
+        if (place.lock || !HistoryLock::holder(place.folder)) // to claim what another one has takes a while
+            place.claim();
+        if (!place.problem && (isLost || !couldWrite))
             model->history().reopen();
+        model->setDuties(place.duties());
     }
 
     void tell(const std::optional<std::string>& problem) {
-        if (problem == told || isReplay)
+        if (problem == told)
             return;
         told = problem;
         if (place.lock)
@@ -132,6 +141,7 @@ struct Backend::Parts {
     // The executors outlive who works on them.
     const std::function<void(std::function<void()>)> onMainThread;
     const bool isReplay;
+    const std::chrono::milliseconds lossPatience;
     const std::shared_ptr<std::atomic<double>> replayed = std::make_shared<std::atomic<double>>(0);
     const std::shared_ptr<int> alive = std::make_shared<int>();
     LeavableThread sampling{tickGrace};
@@ -143,7 +153,7 @@ struct Backend::Parts {
     std::optional<AppModel> model;
     Subscription following;
     Subscription looking;
-    SteadyClock::time_point opened = SteadyClock::now(); ///< the history's file
+    SteadyClock::time_point claimed = SteadyClock::now(); ///< the history
     std::optional<std::string> told;
     std::function<void(std::optional<std::string>)> observer;
     bool isAsking = false;
@@ -179,6 +189,10 @@ void Backend::onHistoryProblem(std::function<void(std::optional<std::string>)> t
     parts->look();
 }
 
+std::optional<std::string> Backend::otherKeeper() const {
+    return parts->place.other ? std::optional(refusal(*parts->place.other)) : std::nullopt;
+}
+
 void Backend::onQuitSignal(std::function<void()> quit) {
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         parts->signals.add(signal);
@@ -191,10 +205,15 @@ void Backend::onQuitSignal(std::function<void()> quit) {
 
 bool Backend::finish(std::chrono::milliseconds patience) {
     parts->model->engine().stop();
-    auto done = std::make_shared<std::promise<void>>();
-    auto future = done->get_future();
-    parts->model->history().flush([done] { done->set_value(); });
-    return future.wait_for(patience) == std::future_status::ready;
+    const auto deadline = SteadyClock::now() + patience;
+    for (int round = 0; round < 2; ++round) { // an answer may order one more thing to be written
+        auto done = std::make_shared<std::promise<void>>();
+        auto future = done->get_future();
+        parts->model->history().flush([done] { done->set_value(); });
+        if (future.wait_until(deadline) != std::future_status::ready)
+            return false;
+    }
+    return true;
 }
 
 } // namespace ostrivane

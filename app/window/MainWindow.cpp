@@ -29,13 +29,16 @@ MainWindow::MainWindow(PageContext& given, MenuActions actions, std::function<bo
     sidebar = new Sidebar(context.model, context.words, context.now, content);
     connect(sidebar, &Sidebar::pageChosen, this, [this](Page page) { context.model.select(page); });
     auto* right = new QWidget(content);
-    banner = new Banner(right);
-    banner->hide();
+    recordingBanner = new Banner(right);
+    historyBanner = new Banner(right);
     stack = new QStackedWidget(right);
     auto* column = new QVBoxLayout(right);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    column->addWidget(banner);
+    for (Banner* banner : {recordingBanner, historyBanner}) {
+        banner->hide();
+        column->addWidget(banner);
+    }
     column->addWidget(stack, 1);
     auto* row = new QHBoxLayout(content);
     row->setContentsMargins(0, 0, 0, 0);
@@ -68,10 +71,18 @@ void MainWindow::focusSearch() {
 
 void MainWindow::showHistoryProblem(const std::optional<std::string>& problem) {
     if (problem)
-        banner->set(Condition::high, QStringLiteral("The history is not being kept"), text(*problem));
+        historyBanner->set(Condition::high, QStringLiteral("The history is not being kept"), text(*problem));
     else
-        banner->set(Condition::good, {});
-    banner->setVisible(problem.has_value());
+        historyBanner->set(Condition::good, {});
+    historyBanner->setVisible(problem.has_value());
+}
+
+void MainWindow::showRecording(const QString& file, bool hasEnded) {
+    recordingBanner->set(
+        Condition::info,
+        QStringLiteral("This is a recording, %1, and not this %2").arg(file, text(context.words.computer)),
+        hasEnded ? QStringLiteral("It has ended: these are its last figures.") : QString());
+    recordingBanner->show();
 }
 
 PageView* MainWindow::currentPage() const {

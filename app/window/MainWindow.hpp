@@ -34,6 +34,8 @@ public:
     void focusSearch();
     /// Why the history is not kept as it should; absent when it is.
     void showHistoryProblem(const std::optional<std::string>& problem);
+    /// That a recording is shown, and not this machine; from `file`.
+    void showRecording(const QString& file, bool hasEnded);
     PageView* currentPage() const;
 
 protected:
@@ -50,7 +52,8 @@ private:
     PageContext& context;
     std::function<bool()> mayClose;
     Sidebar* sidebar = nullptr;
-    Banner* banner = nullptr;
+    Banner* recordingBanner = nullptr;
+    Banner* historyBanner = nullptr;
     QStackedWidget* stack = nullptr;
     WelcomeSheet* welcome = nullptr;
     std::array<PageView*, rawTexts(EnumTag<Page>()).size()> pages{}; ///< null until visited

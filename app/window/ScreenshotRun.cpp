@@ -22,7 +22,6 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
-#include <array>
 #include <chrono>
 #include <cstdio>
 #include <limits>
@@ -35,9 +34,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// The pages whose readings are wanted from the first tick on. Without "cpu": that one asks for a tick a second.
-constexpr std::array<std::string_view, 7> wantedReadings{"gpu",     "projects", "ports",  "ai",
-                                                         "network", "docker",   "devices"};
 constexpr auto settling = 60ms; // for what a page does a moment after it was shown
 
 int fail(const std::string& problem) {
@@ -74,7 +70,7 @@ int runScreenshots(const LaunchArguments& arguments) {
     if (const auto problem = backend.problem())
         return fail(*problem);
     AppModel& model = backend.model();
-    for (const std::string_view page : wantedReadings)
+    for (const std::string_view page : readingPages) // from the first tick on
         model.registerPage(std::string(page));
     model.setWindowVisible(true);
     model.start();
@@ -91,8 +87,7 @@ int runScreenshots(const LaunchArguments& arguments) {
                         .loginItem = *loginItem,
                         .onMainThread = mainThread.poster(),
                         .now = backend.clock(),
-                        .hasTray = [] { return true; },
-                        .reveal = [](const std::string&) {}};
+                        .wayBack = [] { return WayBack::furtherStart; }};
     for (const Theme* theme : {&Theme::light(), &Theme::dark()}) {
         Icons::clear();
         AppIcons::clear();
@@ -100,7 +95,7 @@ int runScreenshots(const LaunchArguments& arguments) {
         MainWindow window(context, {}, [] { return true; });
         window.menuBar()->hide();
         window.setAttribute(Qt::WA_DontShowOnScreen);
-        window.resize(arguments.width, arguments.height);
+        window.setFixedSize(arguments.width, arguments.height);
         window.show();
         window.setSeen(true);
         for (const auto& [page, name] : rawTexts(EnumTag<Page>())) {

@@ -20,6 +20,9 @@ public:
     /// Has the one that runs show its window, on `page` where one is given. Whether it could be told.
     virtual bool showFirst(const std::optional<Page>& page) = 0;
 
+    /// Whether a further start, or the system, can have this one show its window.
+    virtual bool canBeActivated() const = 0;
+
     /// What a further start asks of this one, the first, which the system has launched by now.
     virtual void onActivated(std::function<void(std::optional<Page>)> activated) = 0;
 };

@@ -48,7 +48,12 @@ WindowManager::~WindowManager() {
 }
 
 void WindowManager::create() {
-    shown = std::make_unique<MainWindow>(context, actions, mayClose);
+    shown = std::make_unique<MainWindow>(context, actions, [this] {
+        const bool closes = mayClose();
+        if (closes)
+            updateActivationPolicy(context.model.settings()->showInDock);
+        return closes;
+    });
     shown->setMinimumSize(fitting(leastSize));
     shown->resize(fitting(firstSize));
     restoreFrame();
@@ -56,8 +61,6 @@ void WindowManager::create() {
     QObject::connect(visibility, &WindowVisibility::changed, shown.get(), [this](bool canBeSeen) {
         context.model.setWindowVisible(canBeSeen);
         shown->setSeen(canBeSeen);
-        if (!shown->isVisible())
-            updateActivationPolicy(context.model.settings()->showInDock);
     });
 }
 
@@ -77,6 +80,7 @@ void WindowManager::hideMainWindow() {
         return;
     saveFrame();
     shown->hide();
+    updateActivationPolicy(context.model.settings()->showInDock);
 }
 
 bool WindowManager::isWindowVisible() const {

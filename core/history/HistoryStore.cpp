@@ -106,6 +106,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
         writeError.reset();
         maintenanceError.reset();
         failedMaintenances = 0;
+        access = HistoryAccess::readWrite;
         knownApps.clear(); // another file knows no names
         open();
     }
@@ -276,7 +277,7 @@ struct HistoryStore::State : std::enable_shared_from_this<State> {
 
     asio::strand<asio::any_io_executor> home;
     const std::string path;
-    const HistoryAccess access;
+    HistoryAccess access;
     const std::function<Date()> now;
 
     std::unique_ptr<SQLiteDatabase> db;          ///< null when it could not be opened

@@ -70,7 +70,7 @@ public:
     /// do better.
     void isLost(Answer<bool> answer);
 
-    /// Opens the file once more, or makes another one. The minutes that wait in memory go there.
+    /// Opens the file once more, to write, or makes another one. The minutes that wait in memory go there.
     void reopen();
 
     /// Lets go of the file, after a last flush. Further calls are harmless, as without a file.

@@ -95,7 +95,7 @@ void SessionRecorder::count(const SystemSnapshot& snapshot, double seconds) {
     memory.add(static_cast<double>(snapshot.memory.used));
     gpu.add(snapshot.gpu.utilization);
     temperature.add(snapshot.thermal.cpuTemperature);
-    power.add(snapshot.battery.systemPowerW ? snapshot.battery.systemPowerW : snapshot.thermal.systemPowerW);
+    power.add(snapshot.systemPowerW());
     swapPeak = std::max(swapPeak, static_cast<double>(snapshot.memory.swapUsed));
     pressurePeak = std::max(pressurePeak, snapshot.memory.pressure);
     Figures::grow(diskRead, snapshot.disk.readBytesPerSec * seconds);
@@ -148,6 +148,15 @@ const std::string& SessionRecorder::nameOf(const std::string& key) const {
 }
 
 SessionSummary SessionRecorder::summary(Date end) const {
+    SessionSummary made = figures(end);
+    made.apps = busiestApps();
+    made.processes = busiestProcesses();
+    made.launchedApps = namesIn(lastApps, initialApps.value_or(Keys()));
+    made.quitApps = namesIn(initialApps.value_or(Keys()), lastApps);
+    return made;
+}
+
+SessionSummary SessionRecorder::figures(Date end) const {
     return {.name = title,
             .start = began,
             .end = end,
@@ -165,10 +174,10 @@ SessionSummary SessionRecorder::summary(Date end) const {
             .netOut = netOut,
             .batteryStart = batteryStart,
             .batteryEnd = batteryEnd,
-            .apps = busiestApps(),
-            .processes = busiestProcesses(),
-            .launchedApps = namesIn(lastApps, initialApps.value_or(Keys())),
-            .quitApps = namesIn(initialApps.value_or(Keys()), lastApps)};
+            .apps = {},
+            .processes = {},
+            .launchedApps = {},
+            .quitApps = {}};
 }
 
 SessionSummary::AppLine SessionRecorder::finished(const App& app) const {

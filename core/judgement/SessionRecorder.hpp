@@ -32,6 +32,9 @@ public:
     /// What was recorded so far. Lines of equal processor time are ordered by key, and by process id.
     SessionSummary summary(Date end) const;
 
+    /// The same without applications and processes, which are many: for each tick.
+    SessionSummary figures(Date end) const;
+
 private:
     /// A reading that not every snapshot has.
     struct Readings {

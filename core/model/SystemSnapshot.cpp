@@ -10,6 +10,10 @@ std::optional<double> SystemSnapshot::totalAppPower() const {
     return sum;
 }
 
+std::optional<double> SystemSnapshot::systemPowerW() const {
+    return battery.systemPowerW ? battery.systemPowerW : thermal.systemPowerW;
+}
+
 SystemSnapshot SystemSnapshot::empty(Date now) {
     SystemSnapshot snapshot;
     snapshot.timestamp = now;

@@ -54,6 +54,9 @@ struct SystemSnapshot {
     /// Watts of all applications that report any; absent when none does.
     std::optional<double> totalAppPower() const;
 
+    /// Watts of the whole machine: as the battery tells, else as its sensors do.
+    std::optional<double> systemPowerW() const;
+
     /// A snapshot in which nothing has been read yet.
     static SystemSnapshot empty(Date now);
     friend bool operator==(const SystemSnapshot&, const SystemSnapshot&) = default;

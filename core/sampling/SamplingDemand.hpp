@@ -2,9 +2,11 @@
 
 #include "core/model/Described.hpp"
 
+#include <array>
 #include <functional>
 #include <set>
 #include <string>
+#include <string_view>
 
 namespace ostrivane {
 
@@ -22,5 +24,10 @@ struct SamplingDemand {
 
     friend bool operator==(const SamplingDemand&, const SamplingDemand&) = default;
 };
+
+/// The pages with which every reading is wanted, for a command that shows all of them at once. Without "cpu": that page
+/// asks for a tick a second, whatever the interval.
+inline constexpr std::array<std::string_view, 7> readingPages{"gpu",     "projects", "ports",  "ai",
+                                                              "network", "docker",   "devices"};
 
 } // namespace ostrivane

@@ -118,6 +118,18 @@ TEST(Snapshot, knowsUptimeOnlyWithAStart) {
     EXPECT_EQ((ApplicationSnapshot{.pids = {4, 5, 6}}.processCount()), 3);
 }
 
+TEST(Snapshot, takesNoZerosOfARestrictedProcessForReadings) {
+    ProcessSnapshot process{.cpu = 0.5, .memory = 2048};
+    EXPECT_EQ(process.knownCPU(), 0.5);
+    EXPECT_EQ(process.knownMemory(), 2048U);
+    process.isRestricted = true;
+    EXPECT_EQ(process.knownCPU(), std::nullopt);
+    EXPECT_EQ(process.knownMemory(), std::nullopt);
+    process.memoryIsRSS = true; // a tool of the system told both
+    EXPECT_EQ(process.knownCPU(), 0.5);
+    EXPECT_EQ(process.knownMemory(), 2048U);
+}
+
 TEST(Snapshot, startsFromConstantsThatClaimNothing) {
     EXPECT_EQ(CPUSnapshot::empty.idle, 1);
     EXPECT_EQ(CPUSnapshot::empty.usage, 0);

@@ -1,10 +1,8 @@
-#include "app/model/SessionBusAddress.hpp"
+#include "app/platform/linux/SessionBus.hpp"
 #include "app/widgets/Strings.hpp"
 #include "app/window/SingleInstance.hpp"
 #include "core/model/RawValue.hpp"
 
-#include <QDBusConnection>
-#include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFileInfo>
@@ -22,11 +20,13 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto patience = 2000ms; // for the first to answer
-constexpr const char* connectionName = "ostrivane instance";
 constexpr const char* service = "org.ostrivane.Ostrivane";
 constexpr const char* object = "/org/ostrivane/Ostrivane";
 constexpr const char* applicationInterface = "org.freedesktop.Application";
 constexpr const char* pageAction = "page";
+// What lets a window come to the front on desktops that let none do so by itself.
+constexpr const char* tokenKey = "activation-token";
+constexpr const char* tokenVariable = "XDG_ACTIVATION_TOKEN"; // which the toolkit looks for, and uses up
 
 } // namespace
 
@@ -40,17 +40,18 @@ public:
 
 public Q_SLOTS:
     // NOLINTBEGIN(readability-identifier-naming): the interface's names
-    void Activate(const QVariantMap& /*platformData*/) { tell(std::nullopt); }
-    void Open(const QStringList& /*uris*/, const QVariantMap& /*platformData*/) { tell(std::nullopt); }
-    void ActivateAction(const QString& action, const QVariantList& parameters, const QVariantMap& /*platformData*/) {
-        if (action != QLatin1String(pageAction) || parameters.isEmpty())
-            return tell(std::nullopt);
-        tell(fromRawValue<Page>(parameters.first().toString().toStdString()));
+    void Activate(const QVariantMap& platformData) { tell(std::nullopt, platformData); }
+    void Open(const QStringList& /*uris*/, const QVariantMap& platformData) { tell(std::nullopt, platformData); }
+    void ActivateAction(const QString& action, const QVariantList& parameters, const QVariantMap& platformData) {
+        const bool isPage = action == QLatin1String(pageAction) && !parameters.isEmpty();
+        tell(isPage ? fromRawValue<Page>(parameters.first().toString().toStdString()) : std::nullopt, platformData);
     }
     // NOLINTEND(readability-identifier-naming)
 
 private:
-    void tell(const std::optional<Page>& page) {
+    void tell(const std::optional<Page>& page, const QVariantMap& platformData) {
+        if (const QByteArray token = platformData.value(QLatin1String(tokenKey)).toByteArray(); !token.isEmpty())
+            qputenv(tokenVariable, token);
         if (activated)
             activated(page);
     }
@@ -63,25 +64,22 @@ namespace {
 class BusInstance final : public SingleInstance {
 public:
     explicit BusInstance(const std::string& folder) : lock(text(folder + "/window.lock")) {}
-    ~BusInstance() override { QDBusConnection::disconnectFromBus(QLatin1String(connectionName)); }
 
     bool claim() override {
-        const auto address = sessionBusAddress({.address = qgetenv("DBUS_SESSION_BUS_ADDRESS").toStdString(),
-                                                .runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString()});
-        QDBusConnection bus = QDBusConnection::connectToBus(text(address.value_or("")), QLatin1String(connectionName));
-        if (address && bus.isConnected()) {
-            bus.registerObject(QLatin1String(object), &application, QDBusConnection::ExportAllSlots);
-            if (!bus.registerService(QLatin1String(service)))
+        if (bus.isConnected()) {
+            bus->registerObject(QLatin1String(object), &application, QDBusConnection::ExportAllSlots);
+            if (!bus->registerService(QLatin1String(service)))
                 return false;
         }
         if (claimFile())
             return true;
-        bus.unregisterService(QLatin1String(service)); // who has the file cannot be reached by it
+        bus->unregisterService(QLatin1String(service)); // who has the file cannot be reached by it
         return false;
     }
 
+    bool canBeActivated() const override { return bus.isConnected(); }
+
     bool showFirst(const std::optional<Page>& page) override {
-        const QDBusConnection bus{QLatin1String(connectionName)};
         if (!bus.isConnected())
             return false;
         QDBusMessage call = QDBusMessage::createMethodCall(
@@ -89,8 +87,11 @@ public:
             page ? QStringLiteral("ActivateAction") : QStringLiteral("Activate"));
         if (page)
             call << QLatin1String(pageAction) << QVariantList{text(rawValue(*page))};
-        call << QVariantMap{};
-        return bus.call(call, QDBus::Block, static_cast<int>(patience.count())).type() == QDBusMessage::ReplyMessage;
+        QVariantMap platformData;
+        if (qEnvironmentVariableIsSet(tokenVariable))
+            platformData.insert(QLatin1String(tokenKey), qEnvironmentVariable(tokenVariable));
+        call << platformData;
+        return bus->call(call, QDBus::Block, static_cast<int>(patience.count())).type() == QDBusMessage::ReplyMessage;
     }
 
     void onActivated(std::function<void(std::optional<Page>)> activated) override {
@@ -105,7 +106,8 @@ private:
         return lock.tryLock() || lock.error() != QLockFile::LockFailedError;
     }
 
-    BusApplication application;
+    BusApplication application; // which the bus knows
+    SessionBus bus{"instance"};
     QLockFile lock;
 };
 

@@ -1,5 +1,4 @@
-#include "app/model/SessionBusAddress.hpp"
-#include "app/widgets/Strings.hpp"
+#include "app/platform/linux/SessionBus.hpp"
 #include "app/window/DesktopAppearance.hpp"
 
 #include <QDBusConnection>
@@ -16,7 +15,6 @@ namespace ostrivane {
 
 namespace {
 
-constexpr const char* connectionName = "ostrivane appearance";
 constexpr const char* portal = "org.freedesktop.portal.Desktop";
 constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* portalSettings = "org.freedesktop.portal.Settings";
@@ -33,17 +31,14 @@ class PortalAppearance final : public QObject, public DesktopAppearance {
 public:
     PortalAppearance()
         : isDark(QGuiApplication::palette().color(QPalette::Window).lightness() < 128), startedDark(isDark) {
-        const auto address = sessionBusAddress({.address = qgetenv("DBUS_SESSION_BUS_ADDRESS").toStdString(),
-                                                .runtimeFolder = qgetenv("XDG_RUNTIME_DIR").toStdString()});
-        QDBusConnection bus = QDBusConnection::connectToBus(text(address.value_or("")), QLatin1String(connectionName));
-        if (!address || !bus.isConnected())
+        if (!bus.isConnected())
             return;
-        bus.connect(QLatin1String(portal), QLatin1String(portalPath), QLatin1String(portalSettings),
-                    QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QString, QString, QDBusVariant)));
+        bus->connect(QLatin1String(portal), QLatin1String(portalPath), QLatin1String(portalSettings),
+                     QStringLiteral("SettingChanged"), this, SLOT(settingChanged(QString, QString, QDBusVariant)));
         QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(portal), QLatin1String(portalPath),
                                                            QLatin1String(portalSettings), QStringLiteral("Read"));
         call << QLatin1String(space) << QLatin1String(key);
-        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+        auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(call), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher* done) {
             const QDBusPendingReply<QDBusVariant> reply = *done;
             if (reply.isValid())
@@ -51,7 +46,6 @@ public:
             done->deleteLater();
         });
     }
-    ~PortalAppearance() override { QDBusConnection::disconnectFromBus(QLatin1String(connectionName)); }
 
     bool prefersDark() const override { return isDark; }
     void onChange(std::function<void()> observer) override { changed = std::move(observer); }
@@ -77,6 +71,7 @@ private:
             changed();
     }
 
+    SessionBus bus{"appearance"};
     bool isDark;
     const bool startedDark;
     std::function<void()> changed;

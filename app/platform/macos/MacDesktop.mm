@@ -66,6 +66,7 @@ public:
     SystemInstance& operator=(const SystemInstance&) = delete;
 
     bool claim() override { return true; }
+    bool canBeActivated() const override { return true; }
     bool showFirst(const std::optional<Page>&) override { return false; }
     void onActivated(std::function<void(std::optional<Page>)> activated) override {
         OstrivaneReopening* const handler = [[OstrivaneReopening alloc] init];

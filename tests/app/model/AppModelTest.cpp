@@ -380,7 +380,7 @@ TEST_F(AppModelTest, worksWithoutAHistory) {
 }
 
 TEST_F(AppModelTest, besideAnotherProgramItStoresNothingButSessions) {
-    harness.open({.keepsHistory = false});
+    harness.open({.duties = {.keepsHistory = false, .notifies = false}});
     model().start();
     harness.settle();
     for (int minute = 0; minute < 3; ++minute) {
@@ -397,6 +397,19 @@ TEST_F(AppModelTest, besideAnotherProgramItStoresNothingButSessions) {
     model().stopSession();
     harness.settle();
     EXPECT_EQ(harness.storedSessions().size(), 1u);
+    EXPECT_TRUE(harness.notified.empty());
+
+    model().setDuties({}); // the other one has ended
+    for (int minute = 0; minute < 3; ++minute) {
+        harness.clock->pass(60);
+        harness.settle();
+    }
+    harness.apply(hungry(harness.now + 20'000, 2)); // past the cooldown
+    EXPECT_EQ(harness.storedAlerts().size(), 2u);
+    EXPECT_EQ(harness.notified.size(), 2u);
+    EXPECT_NE(harness.answer<std::optional<Date>>(
+                  [](HistoryStore& store, auto got) { store.earliestSample(std::move(got)); }),
+              std::nullopt);
 }
 
 TEST_F(AppModelTest, observersComeAndGoWhileTheyAreCalled) {

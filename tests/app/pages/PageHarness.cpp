@@ -160,7 +160,7 @@ PageHarness::PageHarness(const PlatformWords& words)
                                                    boost::asio::post(context, std::move(work));
                                                },
                                            .now = [this] { return now; },
-                                           .hasTray = [this] { return hasTray; },
+                                           .wayBack = [this] { return wayBack; },
                                            .reveal = [this](const std::string& shown) { revealed.push_back(shown); }} {}
 
 void PageHarness::play(const std::string& recording, std::size_t ticks) {

@@ -61,7 +61,7 @@ public:
     void show(PageView& view, bool narrow = false);
 
     ObedientLoginItem loginItem;
-    bool hasTray = true;
+    WayBack wayBack = WayBack::icon;
     std::vector<std::string> revealed;
     PageContext page;
 };

@@ -1,6 +1,6 @@
 #include "app/pages/SettingsPage.hpp"
 
-#include "app/model/KeepRunning.hpp"
+#include "app/model/WayBack.hpp"
 #include "app/pages/MenuItemsList.hpp"
 #include "app/widgets/Banner.hpp"
 #include "app/widgets/SegmentedControl.hpp"
@@ -11,12 +11,14 @@
 #include <QDoubleSpinBox>
 #include <QTest>
 
+#include <algorithm>
+
 namespace ostrivane {
 namespace {
 
 class SettingsPageTest : public ::testing::Test {
 protected:
-    SettingsPageTest() { harness.hasTray = false; }
+    SettingsPageTest() { harness.wayBack = WayBack::furtherStart; }
 
     void open(int tab) {
         harness.model->start();
@@ -28,6 +30,18 @@ protected:
             QTest::keyClick(tabs, Qt::Key_Right);
     }
     const Preferences& chosen() { return *harness.model->settings(); }
+    /// What the engine asks for when it reads the machine once more.
+    const ProcessRequest& nextRequest() {
+        harness.collectors->asked.clear();
+        harness.clock->pass();
+        harness.settle();
+        return harness.collectors->requests.back();
+    }
+    /// Seconds between that reading and the next one.
+    double nextPause() {
+        nextRequest();
+        return harness.clock->waited.back();
+    }
     void step(const char* name, Qt::Key key) {
         auto* box = named<QDoubleSpinBox>(*page, name);
         ASSERT_NE(box, nullptr);
@@ -59,15 +73,24 @@ TEST_F(SettingsPageTest, writesEveryChoiceOfTheGeneralTab) {
     EXPECT_EQ(chosen().cpuScale, CPUScale::perMac);
     EXPECT_EQ(chosen().organizerGrouping, OrganizerGrouping::kindAndMonth);
     button(*page, "Notify me")->click();
-    button(*page, "Detect projects and ports")->click();
-    step("Hours after which a server is idle", Qt::Key_Up);
     EXPECT_FALSE(chosen().notificationsEnabled);
-    EXPECT_FALSE(chosen().projectDetection);
-    EXPECT_EQ(chosen().idleThresholdHours, 3);
     EXPECT_TRUE(harness.stored->values.contains("appearance")); // and none waits
     button(*page, "Edit rules")->click();
     EXPECT_EQ(harness.model->navigation().selectedPage(), Page::alerts);
     harness.model->settings().resetAll(); // the units are those of the whole process
+}
+
+TEST_F(SettingsPageTest, tellsTheEngineOfProjectsAndServers) {
+    open(0);
+    step("Hours after which a server is idle", Qt::Key_Up);
+    EXPECT_EQ(chosen().idleThresholdHours, 3);
+    nextRequest();
+    EXPECT_EQ(harness.collectors->idleThreshold, 3 * 3600);
+    EXPECT_EQ(std::ranges::count(harness.collectors->asked, "projects"), 1);
+    button(*page, "Detect projects and ports")->click();
+    EXPECT_FALSE(chosen().projectDetection);
+    nextRequest();
+    EXPECT_EQ(std::ranges::count(harness.collectors->asked, "projects"), 0);
 }
 
 TEST_F(SettingsPageTest, showsWhatTheSystemSaysOfTheLoginItem) {
@@ -96,7 +119,7 @@ TEST_F(SettingsPageTest, letsTheAnswerAboutClosingBeChanged) {
     keeps->click();
     EXPECT_EQ(harness.model->settings().defaults().boolean(keepRunningKey), false);
     EXPECT_TRUE(says("Ostrivane quits"));
-    harness.hasTray = true;
+    harness.wayBack = WayBack::icon;
     page->hide();
     page->show();
     EXPECT_FALSE(keeps->isEnabled());
@@ -143,16 +166,24 @@ TEST_F(SettingsPageTest, keepsAMetricThatStandsTwice) {
 
 TEST_F(SettingsPageTest, tellsTheEngineOfSampling) {
     open(2);
-    step("Seconds between readings while the window is seen", Qt::Key_Down);
     step("Seconds between readings in the background", Qt::Key_Up);
-    button(*page, "Processes of the system and other users")->click();
-    button(*page, "Network traffic by process")->click();
-    EXPECT_EQ(chosen().foregroundInterval, 1);
     EXPECT_EQ(chosen().backgroundInterval, 6);
-    EXPECT_FALSE(chosen().includeSystemProcesses);
-    EXPECT_FALSE(chosen().perProcessNetwork);
+    EXPECT_EQ(nextPause(), 6);
+    harness.model->setWindowVisible(true);
+    harness.settle();
+    step("Seconds between readings while the window is seen", Qt::Key_Down);
+    EXPECT_EQ(nextPause(), 1);
     step("Seconds between readings while the window is seen", Qt::Key_Down);
     EXPECT_EQ(chosen().foregroundInterval, 1); // the least that is offered
+
+    EXPECT_TRUE(nextRequest().systemEntries);
+    button(*page, "Processes of the system and other users")->click();
+    EXPECT_FALSE(chosen().includeSystemProcesses);
+    EXPECT_FALSE(nextRequest().systemEntries);
+    EXPECT_TRUE(nextRequest().network);
+    button(*page, "Network traffic by process")->click();
+    EXPECT_FALSE(chosen().perProcessNetwork);
+    EXPECT_FALSE(nextRequest().network);
 }
 
 TEST_F(SettingsPageTest, tellsWhatIsKeptAndClearsItWhenConfirmed) {
@@ -162,6 +193,9 @@ TEST_F(SettingsPageTest, tellsWhatIsKeptAndClearsItWhenConfirmed) {
     EXPECT_EQ(harness.state().alerts.size(), 1U);
     step("Days that history is kept", Qt::Key_Down);
     EXPECT_EQ(chosen().retentionDays, 29);
+    const auto status =
+        harness.answer<HistoryStatus>([](HistoryStore& store, auto got) { store.status(std::move(got)); });
+    EXPECT_EQ(status.retentionDays, 29);
     button(*page, "Reveal the history")->click();
     EXPECT_EQ(harness.revealed, std::vector<std::string>{harness.path});
     EXPECT_FALSE(says("…"));

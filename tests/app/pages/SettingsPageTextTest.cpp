@@ -68,12 +68,14 @@ TEST(SettingsPageText, tellsWhatIsNotKnown) {
 }
 
 TEST(SettingsPageText, saysWhatClosingAndLoginReallyDo) {
-    EXPECT_NE(closingText(true, std::nullopt), closingText(false, std::nullopt));
-    EXPECT_EQ(closingText(true, false), closingText(true, true));
-    EXPECT_EQ(closingText(false, false), "Ostrivane quits");
-    EXPECT_EQ(startAtLoginText(LoginItem::State::needsApproval, true),
+    EXPECT_EQ(closingText(WayBack::icon, false), closingText(WayBack::icon, true));
+    EXPECT_EQ(closingText(WayBack::furtherStart, false), "Ostrivane quits");
+    EXPECT_NE(closingText(WayBack::furtherStart, true), closingText(WayBack::furtherStart, std::nullopt));
+    EXPECT_EQ(closingText(WayBack::none, true), closingText(WayBack::none, false));
+    EXPECT_EQ(startAtLoginText(LoginItem::State::needsApproval, WayBack::icon),
               "Approve Ostrivane in System Settings → General → Login Items.");
-    EXPECT_NE(startAtLoginText(LoginItem::State::on, true), startAtLoginText(LoginItem::State::on, false));
+    EXPECT_EQ(startAtLoginText(LoginItem::State::on, WayBack::none),
+              "With its window; nothing here could bring it up later");
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTimer>
 #include <QWidget>
 
@@ -26,6 +27,15 @@ inline QAbstractButton* button(const QWidget& root, const char* words) {
             return found;
     ADD_FAILURE() << "there is no button " << words;
     return nullptr;
+}
+
+/// What scrolls up and down alone must fit in at its sides.
+inline void expectNothingCutOff(const QWidget& root) {
+    for (const auto* area : root.findChildren<QScrollArea*>())
+        if (area->isVisible() && area->widget()) {
+            EXPECT_LE(area->widget()->minimumSizeHint().width(), area->viewport()->width())
+                << root.accessibleName().toStdString();
+        }
 }
 
 /// Clicks a button of the dialog that comes next.

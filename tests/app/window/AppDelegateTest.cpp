@@ -1,11 +1,15 @@
 #include "app/window/AppDelegate.hpp"
 
-#include "app/model/KeepRunning.hpp"
+#include "app/model/WayBack.hpp"
+#include "app/widgets/Banner.hpp"
+#include "app/widgets/Buttons.hpp"
+#include "app/widgets/Theme.hpp"
 #include "app/window/AutostartEntry.hpp"
 #include "app/window/MainThread.hpp"
 #include "app/window/MainWindow.hpp"
 #include "tests/TemporaryFolder.hpp"
 #include "tests/app/pages/PageHarness.hpp"
+#include "tests/app/pages/Widgets.hpp"
 
 #include <QApplication>
 #include <QTest>
@@ -20,10 +24,24 @@ namespace ostrivane {
 
 namespace {
 
-class LightDesktop final : public DesktopAppearance {
+class ChangingDesktop final : public DesktopAppearance {
 public:
-    bool prefersDark() const override { return false; }
-    void onChange(std::function<void()>) override {}
+    explicit ChangingDesktop(ChangingDesktop*& known) { known = this; }
+    bool prefersDark() const override { return isDark; }
+    void onChange(std::function<void()> observer) override { changed = std::move(observer); }
+    void turn(bool dark) {
+        isDark = dark;
+        changed();
+    }
+
+private:
+    bool isDark = false;
+    std::function<void()> changed;
+};
+
+class BrokenFileManager final : public FileManager {
+public:
+    void reveal(const std::string&, std::function<void()> failed) override { failed(); }
 };
 
 /// The application over this machine, with its own folders.
@@ -41,14 +59,16 @@ protected:
     }
 
     /// Another start of the program, over the same folders.
-    void open() {
+    void open(const std::string& recording = {}) {
         close();
         mainThread.emplace();
         backend.emplace(mainThread->poster(), BackendOptions{});
         DelegateParts parts;
         parts.loginItem = std::make_unique<ObedientLoginItem>();
-        parts.appearance = std::make_unique<LightDesktop>();
-        parts.hasTray = [this] { return hasTray; };
+        parts.appearance = std::make_unique<ChangingDesktop>(desktop);
+        parts.fileManager = std::make_unique<BrokenFileManager>();
+        parts.wayBack = [this] { return wayBack; };
+        parts.recording = recording;
         parts.onMainThread = mainThread->poster();
         parts.quit = [this] { ++quits; };
         delegate.emplace(*backend, std::move(parts));
@@ -76,7 +96,8 @@ protected:
     bool isShown() { return delegate->windows().isWindowVisible(); }
 
     TemporaryFolder folder;
-    bool hasTray = true;
+    ChangingDesktop* desktop = nullptr;
+    WayBack wayBack = WayBack::icon;
     int quits = 0;
     std::optional<MainThread> mainThread;
     std::optional<Backend> backend;
@@ -117,26 +138,97 @@ TEST_F(AppDelegateTest, ClosesToTheTrayAndComesBack) {
     EXPECT_EQ(model().navigation().selectedPage(), Page::cpu);
 }
 
-TEST_F(AppDelegateTest, QuitsWithTheWindowWhereNothingBringsItBack) {
-    hasTray = false;
+TEST_F(AppDelegateTest, AsksOnceWhatClosingMeansWhereOnlyAFurtherStartLeadsBack) {
+    wayBack = WayBack::furtherStart;
     launch({});
-    model().settings().defaults().setBoolean(keepRunningKey, true);
-    delegate->windows().window()->close();
-    EXPECT_EQ(quits, 0) << "as was chosen";
+    const auto closeAndAnswer = [&](const char* answer) {
+        int questions = 0;
+        QTimer::singleShot(0, [&] {
+            QWidget* question = QApplication::activeModalWidget();
+            if (!question)
+                return;
+            ++questions;
+            if (answer)
+                button(*question, answer)->click();
+            else
+                QTest::keyClick(question, Qt::Key_Escape);
+        });
+        delegate->windows().window()->close();
+        QApplication::processEvents();
+        return questions;
+    };
+    const auto kept = [&] { return model().settings().defaults().boolean(keepRunningKey); };
+    EXPECT_EQ(closeAndAnswer(nullptr), 1);
+    EXPECT_TRUE(isShown()) << "no answer";
+    EXPECT_EQ(kept(), std::nullopt);
+
+    EXPECT_EQ(closeAndAnswer("Keep running in the background"), 1);
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(kept(), true);
     delegate->windows().showMainWindow();
-    model().settings().defaults().setBoolean(keepRunningKey, false);
+    EXPECT_EQ(closeAndAnswer("Quit"), 0) << "it was told";
+    EXPECT_FALSE(isShown());
+    EXPECT_EQ(quits, 0);
+
+    model().settings().defaults().remove(keepRunningKey);
+    delegate->windows().showMainWindow();
+    EXPECT_EQ(closeAndAnswer("Quit"), 1);
+    EXPECT_EQ(kept(), false);
+    EXPECT_EQ(quits, 1);
+    delegate->windows().showMainWindow();
+    EXPECT_EQ(closeAndAnswer("Quit"), 0);
+    EXPECT_EQ(quits, 2);
+}
+
+TEST_F(AppDelegateTest, NeverRunsWithoutAWindowWhereNothingLeadsBack) {
+    wayBack = WayBack::none;
+    launch({"--background"});
+    EXPECT_TRUE(isShown());
+    model().settings().defaults().setBoolean(keepRunningKey, true); // chosen where there was a way
     delegate->windows().window()->close();
     EXPECT_EQ(quits, 1);
 }
 
-TEST_F(AppDelegateTest, StaysOpenWhileItsQuestionHasNoAnswer) {
-    hasTray = false;
+TEST_F(AppDelegateTest, FollowsTheChosenThemeElseTheDesktop) {
     launch({});
-    QTimer::singleShot(0, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
-    delegate->windows().window()->close();
-    EXPECT_TRUE(isShown());
-    EXPECT_EQ(quits, 0);
-    EXPECT_EQ(model().settings().defaults().boolean(keepRunningKey), std::nullopt);
+    EXPECT_FALSE(Theme::current().isDark);
+    desktop->turn(true);
+    EXPECT_TRUE(Theme::current().isDark);
+    model().settings().set(&Preferences::appearance, AppearanceMode::light);
+    EXPECT_FALSE(Theme::current().isDark);
+    desktop->turn(false);
+    model().settings().set(&Preferences::appearance, AppearanceMode::dark);
+    EXPECT_TRUE(Theme::current().isDark);
+    model().settings().set(&Preferences::appearance, AppearanceMode::system);
+    EXPECT_FALSE(Theme::current().isDark);
+}
+
+TEST_F(AppDelegateTest, SaysSoWhenNoFileManagerAnswers) {
+    launch({});
+    QString said;
+    QTimer::singleShot(0, [&] {
+        if (QWidget* message = QApplication::activeModalWidget()) {
+            said = message->accessibleName();
+            message->close();
+        }
+    });
+    delegate->pages().reveal("/usr/bin/env");
+    EXPECT_TRUE(said.contains(QStringLiteral("No file manager answered"))) << said.toStdString();
+}
+
+TEST_F(AppDelegateTest, SaysThatARecordingIsShownAndWhenItHasEnded) {
+    open("/some/where/laptop.jsonl");
+    delegate->applicationDidFinishLaunching({});
+    const auto says = [&](const QString& words) {
+        const auto banners = delegate->windows().window()->findChildren<Banner*>();
+        return std::ranges::any_of(banners, [&](const Banner* banner) {
+            return banner->isVisible() && banner->accessibleLabel().contains(words);
+        });
+    };
+    EXPECT_TRUE(says(QStringLiteral("This is a recording, laptop.jsonl")));
+    EXPECT_FALSE(says(QStringLiteral("It has ended")));
+    delegate->recordingDidEnd();
+    EXPECT_TRUE(says(QStringLiteral("It has ended")));
 }
 
 TEST_F(AppDelegateTest, KeepsTheWindowsSize) {
@@ -145,8 +237,9 @@ TEST_F(AppDelegateTest, KeepsTheWindowsSize) {
     delegate->windows().window()->resize(chosen);
     launch({});
     EXPECT_EQ(delegate->windows().window()->size(), chosen);
-    model().settings().defaults().setText("OstrivaneMainWindow", "not a frame at all");
-    close();
+    KeyValueStore& kept = model().settings().defaults();
+    delegate.reset(); // which keeps the frame
+    kept.setText("OstrivaneMainWindow", "not a frame at all");
     launch({});
     EXPECT_TRUE(isShown());
 }
@@ -163,22 +256,6 @@ TEST_F(AppDelegateTest, SavesItsWorkWithNobodyLooking) {
     const auto kept = storedSessions();
     ASSERT_EQ(kept.size(), 1U);
     EXPECT_TRUE(kept.front().end);
-}
-
-TEST_F(AppDelegateTest, ReadsBesideAProgramThatKeepsTheHistory) {
-    const auto isThere = [](AppModel& asked, const MainThread& home) {
-        std::optional<bool> told;
-        asked.history().isAvailable(
-            [&told, post = home.poster()](bool available) { post([&told, available] { told = available; }); });
-        return QTest::qWaitFor([&] { return told.has_value(); }) && *told;
-    };
-    launch({});
-    ASSERT_TRUE(isThere(model(), *mainThread));
-    const MainThread other;
-    Backend second(other.poster(), {});
-    EXPECT_TRUE(isThere(second.model(), other));
-    EXPECT_TRUE(second.finish(std::chrono::seconds(2)));
-    EXPECT_TRUE(backend->finish(std::chrono::seconds(2)));
 }
 
 TEST(MainThread, DoesTheWorkOfOthersInItsOrder) {

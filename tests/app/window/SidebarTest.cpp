@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace ostrivane {
 
 namespace {
@@ -85,11 +87,14 @@ TEST(Sidebar, narrowsDownByTitleAndGoesToTheFirst) {
     const int rows = list->model()->rowCount();
     EXPECT_EQ(rows, 21 + 5) << "pages without the settings, and five titles";
 
-    QTest::keyClicks(search, QStringLiteral("proc"));
-    EXPECT_EQ(list->model()->rowCount(), 1);
-    QTest::keyClick(search, Qt::Key_Return);
-    EXPECT_EQ(chosen, Page::processes);
-    EXPECT_EQ(list->model()->rowCount(), rows) << "the field is empty again";
+    for (const auto& [words, hits, page] :
+         {std::tuple{"PROC", 1, Page::processes}, std::tuple{"sett", 0, Page::settings}}) {
+        QTest::keyClicks(search, QString::fromLatin1(words));
+        EXPECT_EQ(list->model()->rowCount(), hits) << words;
+        QTest::keyClick(search, Qt::Key_Return);
+        EXPECT_EQ(chosen, page) << words;
+        EXPECT_EQ(list->model()->rowCount(), rows) << "the field is empty again";
+    }
 
     QTest::keyClicks(search, QStringLiteral("no such page"));
     chosen.reset();

@@ -42,7 +42,7 @@ protected:
 
 TEST_F(DesktopNotifierTest, tellsTheDesktopAllOfAnAlert) {
     FakeDesktop desktop(bus->address(), {"body", "actions"});
-    DesktopNotifier notifier({.address = bus->address()});
+    DesktopNotifier notifier({.address = bus->address()}, forEver);
     Alert alert = alertOf("Low storage\xFF");
     alert.body = "<b>R&D</b>";
     for (const auto severity : {AlertSeverity::info, AlertSeverity::warning, AlertSeverity::critical}) {
@@ -65,7 +65,7 @@ TEST_F(DesktopNotifierTest, tellsTheDesktopAllOfAnAlert) {
 }
 
 TEST_F(DesktopNotifierTest, replacesWhatTheSameServerShows) {
-    DesktopNotifier notifier(variables());
+    DesktopNotifier notifier(variables(), forEver);
     const Alert first = alertOf("First", "/<home>");
     Alert marked = first;
     marked.body = "<i>";
@@ -89,7 +89,7 @@ TEST_F(DesktopNotifierTest, replacesWhatTheSameServerShows) {
 }
 
 TEST_F(DesktopNotifierTest, comesBackWithTheServerAndWithTheBus) {
-    DesktopNotifier notifier(variables());
+    DesktopNotifier notifier(variables(), forEver);
     const auto isShownNow = [&](const std::string& title) {
         FakeDesktop desktop(bus->address(), {});
         notifier.post(alertOf(title));
@@ -134,7 +134,7 @@ TEST_F(DesktopNotifierTest, endsWhileAServerDoesNotAnswer) {
 TEST_F(DesktopNotifierTest, givesUpAServerThatDoesNotAnswer) {
     FakeDesktop desktop(bus->address(), {});
     desktop.holdAnswers();
-    DesktopNotifier notifier(variables(), std::chrono::seconds(1));
+    DesktopNotifier notifier(variables(), std::chrono::seconds(5)); // for the bus, too, which may be slow
     notifier.post(alertOf("First"));
     ASSERT_EQ(desktop.told(1).size(), 1U);
     notifier.post(alertOf("Second"));

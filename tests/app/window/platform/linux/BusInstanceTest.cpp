@@ -24,7 +24,8 @@ protected:
         qputenv("OSTRIVANE_CONFIG_DIR", QByteArray::fromStdString(folder.file("config")));
     }
     ~BusInstanceTest() override {
-        for (const char* name : {"OSTRIVANE_DATA_DIR", "OSTRIVANE_CONFIG_DIR", "DBUS_SESSION_BUS_ADDRESS"})
+        for (const char* name :
+             {"OSTRIVANE_DATA_DIR", "OSTRIVANE_CONFIG_DIR", "DBUS_SESSION_BUS_ADDRESS", "XDG_ACTIVATION_TOKEN"})
             qunsetenv(name);
     }
 
@@ -37,6 +38,9 @@ protected:
     /// The exit code of a further start, while this program goes on.
     int start(const QStringList& arguments) {
         QProcess second;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_ACTIVATION_TOKEN"), QStringLiteral("of the click"));
+        second.setProcessEnvironment(environment);
         second.start(QStringLiteral(OSTRIVANE), arguments);
         if (!QTest::qWaitFor([&] { return second.state() == QProcess::NotRunning; }, patience)) {
             second.kill();
@@ -60,7 +64,9 @@ TEST_F(BusInstanceTest, ShowsTheFirstOnesWindowOverTheBus) {
     const FakeBus bus(place.path());
     qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArray::fromStdString(bus.address()));
     beFirst();
+    EXPECT_TRUE(first->canBeActivated());
     EXPECT_EQ(start({QStringLiteral("--page"), QStringLiteral("memory")}), 0);
+    EXPECT_EQ(qgetenv("XDG_ACTIVATION_TOKEN"), "of the click") << "which brings the window to the front";
     EXPECT_EQ(start({}), 0);
     EXPECT_EQ(start({QStringLiteral("--background")}), 0);
     EXPECT_EQ(start({QStringLiteral("--login")}), 0);
@@ -71,6 +77,7 @@ TEST_F(BusInstanceTest, ShowsTheFirstOnesWindowOverTheBus) {
 TEST_F(BusInstanceTest, KeepsASecondProgramAwayWithoutABus) {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     beFirst();
+    EXPECT_FALSE(first->canBeActivated());
     EXPECT_EQ(start({}), 1);
     EXPECT_NE(said.find("Ostrivane is running already"), std::string::npos) << said;
     EXPECT_EQ(start({QStringLiteral("--background")}), 0);
