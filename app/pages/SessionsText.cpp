@@ -206,13 +206,13 @@ sessionAppColumns(std::function<std::optional<std::string>(const std::string& ke
     };
     const Words energy = [](double joules) { return SumText::energy(joules / SumText::joulesPerWattHour); };
     return {name,
-            figure("cpu", QStringLiteral("CPU"), 70, &Line::avgCPU, Formatters::cpu),
+            figure("cpu", QStringLiteral("CPU"), 64, &Line::avgCPU, Formatters::cpu),
             figure("memory", QStringLiteral("Peak memory"), 112, &Line::peakMemory, memory),
-            figure("change", QStringLiteral("Change"), 88, &Line::memoryChange, change),
-            figure("energy", QStringLiteral("Energy"), 76, &Line::energyJ, energy),
-            figure("written", QStringLiteral("Written"), 76, &Line::diskWrite, SumText::amount),
-            figure("network", QStringLiteral("Network"), 80, &Line::network, SumText::amount),
-            figure("present", QStringLiteral("Present"), 84, &Line::presentFraction, percent)};
+            figure("change", QStringLiteral("Change"), 90, &Line::memoryChange, change),
+            figure("energy", QStringLiteral("Energy"), 78, &Line::energyJ, energy),
+            figure("written", QStringLiteral("Written"), 86, &Line::diskWrite, SumText::amount),
+            figure("network", QStringLiteral("Network"), 86, &Line::network, SumText::amount),
+            figure("present", QStringLiteral("Present"), 76, &Line::presentFraction, percent)};
 }
 
 std::vector<TableColumn<const SessionSummary::ProcessLine*>> sessionProcessColumns() {
