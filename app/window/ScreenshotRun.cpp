@@ -45,8 +45,11 @@ int fail(const std::string& problem) {
 void settle(AppModel& model, const std::function<void(std::function<void()>)>& onMainThread) {
     for (int round = 0; round < 2; ++round) { // an answer may lead to a further question
         QEventLoop loop;
-        model.history().isAvailable(
-            [&](bool) { onMainThread([&] { QTimer::singleShot(settling, &loop, &QEventLoop::quit); }); });
+        QTimer pause;
+        pause.setSingleShot(true);
+        pause.setInterval(settling);
+        QObject::connect(&pause, &QTimer::timeout, &loop, &QEventLoop::quit);
+        model.history().isAvailable([&](bool) { onMainThread([&] { pause.start(); }); });
         loop.exec();
     }
 }
