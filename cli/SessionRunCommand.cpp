@@ -161,7 +161,8 @@ private:
                     child->signal(signal);
                 break;
             case Phase::readingLast:
-                finish();
+                if (!isFromKeyboard(signal)) // that may be the key that ended the command, heard after its end
+                    finish();
                 break;
             case Phase::storing:
                 machine.stop();
