@@ -188,7 +188,8 @@ void HistoryPage::askAround() {
 void HistoryPage::askSessions() {
     model().history().sessions(here<std::vector<StoredSession>>([this](std::vector<StoredSession> found) {
         storedSessions = std::move(found);
-        showBands();
+        if (feed->isReady()) // else they come with the rows
+            showBands();
     }));
 }
 

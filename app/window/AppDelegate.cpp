@@ -46,8 +46,7 @@ void AppDelegate::applicationDidFinishLaunching(const LaunchArguments& arguments
     model.start();
     backend.onHistoryProblem([this](std::optional<std::string> problem) {
         historyProblem = std::move(problem);
-        if (MainWindow* window = manager->window())
-            window->showHistoryProblem(historyProblem);
+        showNotices();
     });
     const LaunchDecision decision = decideLaunch(arguments);
     if (arguments.page)
@@ -68,15 +67,21 @@ void AppDelegate::applicationShouldHandleReopen(std::optional<Page> page) {
 
 void AppDelegate::showWindow() {
     manager->showMainWindow();
-    manager->window()->showHistoryProblem(historyProblem);
+    showNotices();
+}
+
+void AppDelegate::showNotices() {
+    MainWindow* window = manager->window();
+    if (!window)
+        return;
+    window->showHistoryProblem(historyProblem);
     if (!parts.recording.empty())
-        manager->window()->showRecording(QFileInfo(text(parts.recording)).fileName(), hasRecordingEnded);
+        window->showRecording(QFileInfo(text(parts.recording)).fileName(), hasRecordingEnded);
 }
 
 void AppDelegate::recordingDidEnd() {
     hasRecordingEnded = true;
-    if (manager->window())
-        manager->window()->showRecording(QFileInfo(text(parts.recording)).fileName(), true);
+    showNotices();
 }
 
 void AppDelegate::applicationWillTerminate() {

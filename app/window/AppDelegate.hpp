@@ -47,8 +47,9 @@ public:
     PageContext& pages() { return context; }
 
 private:
-    /// Shows the window, with what there is to say across its pages.
     void showWindow();
+    /// Has the window, where there is one, say what there is to say across its pages.
+    void showNotices();
     void reveal(const std::string& path);
     bool mayCloseWindow();
     void applyAppearance();

@@ -31,13 +31,17 @@ struct HistoryPlaceOfOurs {
 
     void claim() {
         lock.reset();
+        problem.reset();
+        other = HistoryLock::holder(folder);
+        if (other) // known at once: to ask for what it has takes a while
+            return;
         auto taken = claimHistory(folder, "ostrivane");
         if (auto* ours = std::get_if<HistoryLock>(&taken))
             lock.emplace(std::move(*ours));
-        const auto* holder = std::get_if<HistoryLock::Holder>(&taken);
-        other = holder ? std::optional(*holder) : std::nullopt;
-        const auto* why = std::get_if<HistoryLock::Problem>(&taken);
-        problem = why ? std::optional(*why) : std::nullopt;
+        else if (const auto* holder = std::get_if<HistoryLock::Holder>(&taken))
+            other = *holder;
+        else
+            problem = std::get<HistoryLock::Problem>(taken);
     }
 
     /// Who keeps it tells of alerts. Where it cannot be kept at all they are told of none the less.
@@ -121,8 +125,7 @@ struct Backend::Parts {
             return;
         claimed = SteadyClock::now();
         const bool couldWrite = !place.problem;
-        if (place.lock || !HistoryLock::holder(place.folder)) // to claim what another one has takes a while
-            place.claim();
+        place.claim();
         if (!place.problem && (isLost || !couldWrite))
             model->history().reopen();
         model->setDuties(place.duties());

@@ -10,6 +10,7 @@
 #include <QObject>
 #include <QUrl>
 
+#include <optional>
 #include <utility>
 
 namespace ostrivane {
@@ -24,13 +25,15 @@ class BusFileManager final : public FileManager {
 public:
     void reveal(const std::string& path, std::function<void()> failed) override {
         const QString file = text(path);
-        if (!bus.isConnected())
+        if (!bus)
+            bus.emplace("files"); // not before it is wanted
+        if (!bus->isConnected())
             return openFolder(file, failed);
         QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(service), QLatin1String(object),
                                                            QLatin1String(service), QStringLiteral("ShowItems"));
         const QString address = QString::fromLatin1(QUrl::fromLocalFile(file).toEncoded());
         call << QStringList{address} << QString();
-        auto* watcher = new QDBusPendingCallWatcher(bus->asyncCall(call), &alive);
+        auto* watcher = new QDBusPendingCallWatcher((*bus)->asyncCall(call), &alive);
         QObject::connect(watcher, &QDBusPendingCallWatcher::finished, &alive,
                          [watcher, file, failed = std::move(failed)] {
                              if (watcher->isError())
@@ -45,7 +48,7 @@ private:
             failed();
     }
 
-    SessionBus bus{"files"};
+    std::optional<SessionBus> bus;
     QObject alive;
 };
 
